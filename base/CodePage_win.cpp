@@ -1,0 +1,25 @@
+#include <windows.h>
+
+#include "CodePage.h"
+
+namespace zt {
+
+std::string ToNarrow(std::wstring_view text) {
+  const int length = static_cast<int>(text.size());
+  const int needed = WideCharToMultiByte(CP_ACP, 0, text.data(), length, nullptr, 0, nullptr, nullptr);
+  std::string narrow(static_cast<std::size_t>(needed > 0 ? needed : 0), '\0');
+  WideCharToMultiByte(CP_ACP, 0, text.data(), length, narrow.data(), needed, nullptr, nullptr);
+  return narrow;
+}
+
+std::wstring ToWide(std::string_view text) {
+  const int length = static_cast<int>(text.size());
+  const int needed = MultiByteToWideChar(CP_ACP, 0, text.data(), length, nullptr, 0);
+  std::wstring wide(static_cast<std::size_t>(needed > 0 ? needed : 0), L'\0');
+  MultiByteToWideChar(CP_ACP, 0, text.data(), length, wide.data(), needed);
+  return wide;
+}
+
+bool IsLeadByte(unsigned char byte) { return IsDBCSLeadByte(byte) != FALSE; }
+
+}  // namespace zt

@@ -1,0 +1,7 @@
+#include "Trace.h"
+
+namespace zt {
+
+unsigned traceLevel = 0;
+
+}  // namespace zt

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <string_view>
+
+#include "TextBuilder.h"
+
+namespace zt {
+
+// Severity of a trace line. There are no others; the number stands in the line.
+enum class Severity : unsigned { Error = 2, Warning = 3, Information = 4 };
+
+// traceLevel is the configured level: a line is written when it is at least the line's severity. 0, the default, writes
+// nothing.
+extern unsigned traceLevel;
+
+// WriteTrace appends one line to the trace log, whatever the level.
+// `source` is the path of the source file; the log keeps its name without folder and extension.
+void WriteTrace(Severity severity, std::string_view source, int line, std::string_view message);
+
+// WriteDebug writes the text, as it is, to the debugger output. It does not touch the log.
+void WriteDebug(std::string_view text);
+void WriteDebug(std::wstring_view text);
+
+}  // namespace zt
+
+// ZT_TRACE(Warning, "found " << count << " ports") traces one line. The text is built only when the level asks for it.
+#define ZT_TRACE(severity, text)                                                                            \
+  do {                                                                                                      \
+    if (::zt::traceLevel >= static_cast<unsigned>(::zt::Severity::severity)) {                              \
+      ::zt::WriteTrace(::zt::Severity::severity, __FILE__, __LINE__, (::zt::TextBuilder() << text).Take()); \
+    }                                                                                                       \
+  } while (false)

@@ -1,0 +1,27 @@
+# zt_options: what every target of this project is compiled with.
+add_library(zt_options INTERFACE)
+
+if(MSVC)
+  target_compile_options(zt_options INTERFACE /W4 /WX /permissive- /utf-8 /Zc:__cplusplus /EHsc)
+else()
+  target_compile_options(zt_options INTERFACE
+    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor -Wimplicit-fallthrough -Werror
+    -ffunction-sections -fdata-sections
+    # __FILE__ must not carry the builder's folders into the program.
+    -fmacro-prefix-map=${CMAKE_SOURCE_DIR}/=)
+endif()
+
+if(ZT_SANITIZE)
+  target_compile_options(zt_options INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(zt_options INTERFACE -fsanitize=address,undefined)
+endif()
+
+if(WIN32)
+  # 0x0601: Windows 7 is the oldest system that the manifest names.
+  target_compile_definitions(zt_options INTERFACE
+    UNICODE _UNICODE WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601 WINVER=0x0601)
+  if(NOT MSVC)
+    # -municode is left to the programs; everything is linked in, so that no redistributable is needed.
+    target_link_options(zt_options INTERFACE -static -Wl,--gc-sections)
+  endif()
+endif()

@@ -1,0 +1,66 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace zt {
+
+class PPAInformation;
+class ReportRecord;
+class ZOLTInformation;
+
+// IZOLTDataProvider is the one interface through which the runs reach the printer behind a queue. Nothing throws; the
+// reasons of a failure go to the trace log. Outputs keep their content on failure unless said otherwise.
+class IZOLTDataProvider {
+ public:
+  virtual ~IZOLTDataProvider() = default;
+
+  // Initialize opens the printer; with `checkSupport` it also tells whether the printer offers print-volume reporting.
+  virtual bool Initialize(bool checkSupport) = 0;
+
+  // GetSerialNumber reads the printer's serial number. False also for the serial number "MPS-MODE".
+  virtual bool GetSerialNumber(std::string& serialNumber) = 0;
+
+  // GetPrinterAddress answers the network address or USB device path, in the ANSI code page; empty without a printer.
+  virtual std::string GetPrinterAddress() const = 0;
+
+  // WaitForJobs polls the queue once a second, at most `maximumPolls` times, until it holds no job. `jobsPending` tells
+  // whether jobs were still there at the end. False when the jobs cannot be counted.
+  virtual bool WaitForJobs(int maximumPolls, bool& jobsPending) = 0;
+
+  // CollectZOLT fills the print-volume record from the printer.
+  virtual bool CollectZOLT(ZOLTInformation& record) = 0;
+
+  // CollectSBX fills the product-protection record from the printer.
+  virtual bool CollectSBX(PPAInformation& record) = 0;
+
+  // CheckSBXSupport reads the protection state: 0 none, 1 "SBXON", 2 "SBXOFF", 3 "SBXOT". False for a null output.
+  virtual bool CheckSBXSupport(std::uint32_t* state) = 0;
+
+  virtual std::wstring GetQueueName() const = 0;
+
+  // SendRawToQueue prints the text as one raw job of the queue. False for null.
+  virtual bool SendRawToQueue(const char* text) = 0;
+
+  // SetProtection switches the printer's consumable protection on or off.
+  virtual bool SetProtection(bool on) = 0;
+
+  virtual bool GetModelName(std::string& modelName) = 0;
+
+  // GetSBXDocument answers the document that CollectSBX has read and kept; empty without one.
+  virtual std::string GetSBXDocument() const = 0;
+
+  // GetTonerLife reads the toner life and the toner change count. False for a null output.
+  virtual bool GetTonerLife(std::uint32_t* tonerLife, std::uint32_t* changeCount) = 0;
+
+  // GetHostVersion stores the version of the installed driver package in the record.
+  virtual bool GetHostVersion(ReportRecord& record) = 0;
+
+  virtual bool GetCountryIndex(std::string& countryIndex) = 0;
+
+  // ExtendedIDContains tells whether the printer's extended device ID holds the text.
+  virtual bool ExtendedIDContains(std::string_view text) = 0;
+};
+
+}  // namespace zt
