@@ -1,0 +1,81 @@
+#pragma once
+
+#include "SNMPDataType.h"
+
+/// Integer is an INTEGER: one signed 32-bit number (RFC 1155, section 3.2.1).
+class ZTSNMP_API Integer : public SNMPDataType {
+ public:
+  Integer() = default;
+  explicit Integer(int value) noexcept;
+
+  [[nodiscard]] EnumDataType getDataType() const noexcept override;
+  [[nodiscard]] const char* toString() const noexcept override;  ///< decimal
+  [[nodiscard]] int isValid() const noexcept override;
+
+  /// setValue takes any number but -2147483648, which is refused with -2.
+  int setValue(int value) noexcept;
+  [[nodiscard]] int getValue() const noexcept { return value_; }
+
+ private:
+  int value_ = 0;
+  mutable char text_[12] = {};
+};
+
+/// Counter is a Counter: an unsigned 32-bit number that only grows and wraps to 0 (RFC 1155, section 3.2.3.3).
+class ZTSNMP_API Counter : public SNMPDataType {
+ public:
+  Counter() = default;
+  explicit Counter(unsigned value) noexcept : value_(value) {}
+
+  [[nodiscard]] EnumDataType getDataType() const noexcept override;
+  [[nodiscard]] const char* toString() const noexcept override;  ///< decimal
+  [[nodiscard]] int isValid() const noexcept override;           ///< always 0
+
+  int setValue(unsigned value) noexcept;  ///< always 0
+  [[nodiscard]] unsigned getValue() const noexcept { return value_; }
+
+ private:
+  unsigned value_ = 0;
+  mutable char text_[12] = {};
+};
+
+/// Gauge is a Gauge: an unsigned 32-bit number that goes up and down (RFC 1155, section 3.2.3.4).
+class ZTSNMP_API Gauge : public SNMPDataType {
+ public:
+  Gauge() = default;
+  explicit Gauge(unsigned value) noexcept : value_(value) {}
+
+  [[nodiscard]] EnumDataType getDataType() const noexcept override;
+  [[nodiscard]] const char* toString() const noexcept override;  ///< decimal
+  [[nodiscard]] int isValid() const noexcept override;           ///< always 0
+
+  int setValue(unsigned value) noexcept;  ///< always 0
+  [[nodiscard]] unsigned getValue() const noexcept { return value_; }
+
+ private:
+  unsigned value_ = 0;
+  mutable char text_[12] = {};
+};
+
+/// TimeTicks is a TimeTicks: a time span in hundredths of a second, unsigned 32-bit (RFC 1155, section 3.2.3.5).
+class ZTSNMP_API TimeTicks : public SNMPDataType {
+ public:
+  TimeTicks() = default;
+  explicit TimeTicks(unsigned hundredths) noexcept : value_(hundredths) {}
+
+  [[nodiscard]] EnumDataType getDataType() const noexcept override;
+  [[nodiscard]] const char* toString() const noexcept override;  ///< decimal, in hundredths of a second
+  [[nodiscard]] int isValid() const noexcept override;           ///< always 0
+
+  int setValue(unsigned hundredths) noexcept;  ///< always 0
+  [[nodiscard]] unsigned getValue() const noexcept { return value_; }
+
+  /// toFormattedString renders whole seconds as "1 Days 2 Hours 3 Minutes 4 Seconds". Parts that are 0 are left out,
+  /// and every part but the seconds ends in a blank: 6000 gives "1 Minutes ", less than a second gives "".
+  [[nodiscard]] const char* toFormattedString() const noexcept;
+
+ private:
+  unsigned value_ = 0;
+  mutable char text_[12] = {};
+  mutable char formatted_[61] = {};
+};

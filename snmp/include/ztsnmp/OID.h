@@ -1,0 +1,28 @@
+#pragma once
+
+#include <string>
+
+#include "SNMPDataType.h"
+
+/// OID is an OBJECT IDENTIFIER, kept as dotted decimal text such as "1.3.6.1.2.1.1.1.0".
+class ZTSNMP_API OID : public SNMPDataType {
+ public:
+  OID() = default;
+  explicit OID(const char* text) noexcept;
+
+  [[nodiscard]] EnumDataType getDataType() const noexcept override;
+  [[nodiscard]] const char* toString() const noexcept override;  ///< the dotted text
+  [[nodiscard]] int isValid() const noexcept override;
+
+  /// setValue takes the empty text, or at most 255 characters of decimal numbers joined by single dots (no dot in
+  /// front or at the end); all else, null included, is refused with -7. The size of the numbers is not checked here:
+  /// one above 4294967295 keeps the binding out of the message when it is encoded.
+  int setValue(const char* text) noexcept;
+  [[nodiscard]] const char* getValue() const noexcept { return text_.c_str(); }
+
+  /// isValidValue answers 0 or -7 for a text, by the rule of `setValue`.
+  [[nodiscard]] static int isValidValue(const char* text) noexcept;
+
+ private:
+  std::string text_;
+};

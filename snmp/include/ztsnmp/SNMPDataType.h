@@ -1,0 +1,45 @@
+#pragma once
+
+#include "Export.h"
+#include "SNMPStatus.h"
+
+/// EnumDataType says which class a value is. The numbers are the BER tags that the value has on the wire
+/// (RFC 1155, section 6), except DataTypeNone, which never travels.
+enum EnumDataType : int {
+  DataTypeNone = -1,
+  DataTypeInteger = 2,
+  DataTypeOctetString = 4,
+  DataTypeNull = 5,
+  DataTypeOID = 6,
+  DataTypeIPAddress = 0x40,  ///< `IPAddress` and, sharing the tag, `IPv6Address`
+  DataTypeCounter = 0x41,
+  DataTypeGauge = 0x42,
+  DataTypeTimeTicks = 0x43,
+};
+
+/// SNMPDataType is the root of all values and addresses.
+///
+/// Every class below it has a default constructor (empty, or 0), deep copies, a constructor from its content (content
+/// that is refused leaves the object empty), `setValue` (0 or a negative status; a refused set keeps the old content)
+/// and `getValue`. Texts that are returned as `const char*` belong to the object and stay valid until its next set,
+/// assignment or destruction.
+class ZTSNMP_API SNMPDataType {
+ public:
+  virtual ~SNMPDataType() = default;
+
+  /// getDataType answers the class of the value, which is also its BER tag.
+  [[nodiscard]] virtual EnumDataType getDataType() const noexcept = 0;
+
+  /// toString renders the content as text, NUL-terminated, owned by the object; never null.
+  [[nodiscard]] virtual const char* toString() const noexcept = 0;
+
+  /// isValid answers 0 when the content keeps its class's rule, else the negative status of that class.
+  [[nodiscard]] virtual int isValid() const noexcept = 0;
+
+ protected:
+  SNMPDataType() = default;
+  SNMPDataType(const SNMPDataType&) = default;
+  SNMPDataType& operator=(const SNMPDataType&) = default;
+  SNMPDataType(SNMPDataType&&) = default;
+  SNMPDataType& operator=(SNMPDataType&&) = default;
+};

@@ -1,0 +1,117 @@
+#pragma once
+
+#include <string>
+
+#include "IPAddress.h"
+#include "Printer.h"
+#include "ReqRespPDU.h"
+#include "Target.h"
+#include "TrapPDU.h"
+
+struct BCastOptions;
+struct _MESSAGE;  // NOLINT(bugprone-reserved-identifier): the name that programs know
+
+/// EnumDetectionStatType tells the status callback of a broadcast how far it is.
+enum EnumDetectionStatType : int {
+  DetectionStarted = 0,   ///< the request went out, answers are awaited
+  DetectionAnswered = 1,  ///< an answer was handed to the answer callback
+  DetectionFinished = 2,  ///< the waiting time is over
+  DetectionFailed = 3,    ///< nothing could be sent
+};
+
+/// EnumProtocol is the set of bits that `getAvailableProtocols` answers.
+enum EnumProtocol : unsigned long {
+  ProtocolNone = 0,
+  ProtocolIP = 1,
+  ProtocolIPX = 2,  ///< never set by this version
+  ProtocolDLC = 4,  ///< never set by this version
+};
+
+/// SNMPStartup starts the sockets layer. Call it once before the first operation. 0 on success, else the sockets
+/// layer's own (positive) error number.
+ZTSNMP_API int SNMPStartup() noexcept;
+
+/// SNMPCleanup releases the sockets layer, once for each successful `SNMPStartup`.
+ZTSNMP_API void SNMPCleanup() noexcept;
+
+/// SNMPManager sends requests to agents, SNMPv1 over UDP (RFC 1157), and leaves the answers in the PDU.
+///
+///   ReqRespPDU pdu;
+///   pdu.addVarBind(VarBind(OID("1.3.6.1.2.1.1.1.0")));
+///   if (manager.get(pdu, target) == 0) puts(pdu.getVarBind(0).getValue().toString());
+///
+/// A manager, its PDUs and targets are used by one thread at a time; different threads use different ones. Each
+/// operation opens and closes its own sockets. No operation throws, and none writes a log.
+class ZTSNMP_API SNMPManager {
+ public:
+  using AnswerCallback = void (*)(ReqRespPDU& answer, NetworkAddress* sender);
+  using StatusCallback = void (*)(EnumDetectionStatType status);
+  using TrapCallback = void (*)(TrapPDU& trap);
+
+  SNMPManager() = default;
+  SNMPManager(const SNMPManager&) = default;
+  SNMPManager& operator=(const SNMPManager&) = default;
+  ~SNMPManager();
+
+  /// get asks for the objects that the PDU names; getNext for the ones that follow them; set changes them.
+  ///
+  /// 0 when the agent answered without an error; the answer is then in the PDU's bindings. Else: the status of the
+  /// first invalid binding (see `ReqRespPDU`), of the target's look-up (`Target::ResolveAddress`) or of the target
+  /// (-23), before anything is sent; or -53 when no address gave a good answer. Then the PDU's error-status tells an
+  /// agent's error (above 0) from silence or an unreadable answer (-1).
+  ///
+  /// Each valid address of the target is tried in its order, one datagram each, until one answers well.
+  int get(ReqRespPDU& pdu, Target& target) noexcept;
+  int getNext(ReqRespPDU& pdu, Target& target) noexcept;
+  int set(ReqRespPDU& pdu, Target& target) noexcept;
+
+  /// errorToString answers the text of a status, for -124 to 124; the sign does not matter. Above 124 it is empty.
+  /// A status below -124 must not be passed.
+  [[nodiscard]] static const char* errorToString(int status) noexcept;
+
+  /// broadcast sends the request to all hosts of the local networks (IPv4 broadcast and IPv6 all-nodes multicast) and
+  /// hands each answer to `onAnswer`: a copy of the PDU with the answer in it and the sender's address, both valid
+  /// during the call only. `community` null means "public"; `onStatus` may be null. It returns when no answer has come
+  /// for `seconds` (1 to 60, default 3), or 10 times that after the request.
+  /// 0 when the request went out, also without answers; -56 when `onAnswer` is missing; the status of an invalid
+  /// binding or community; -10 for a type that is not get or get-next; -57 when nothing could be sent.
+  int broadcast(ReqRespPDU& pdu, const char* community, AnswerCallback onAnswer, StatusCallback onStatus) noexcept;
+  int broadcast(ReqRespPDU& pdu, const char* community, AnswerCallback onAnswer, StatusCallback onStatus,
+                int seconds) noexcept;
+  int broadcast(ReqRespPDU& pdu, const char* community, AnswerCallback onAnswer, StatusCallback onStatus,
+                EnumPDUType type, int seconds) noexcept;
+
+  /// detectHPPrinters finds the printers of the local networks whose device identifier lies under
+  /// 1.3.6.1.4.1.11.2.3.9.1. `list` has room for `*count` addresses; `*count` becomes the number found, each once.
+  /// 0, -1 for a null argument or a negative count, else as `broadcast`.
+  int detectHPPrinters(IPAddress* list, int* count) noexcept;
+
+  /// _register asks the trap service to hand traps to `onTrap`. -85 for a null argument or an empty name; -86, since
+  /// no such service exists for this version.
+  int _register(const char* appName, TrapCallback onTrap) noexcept;
+
+  /// unregister ends a registration: -87, since there is none.
+  int unregister() noexcept;
+
+  /// keepAlive needs the trap service as well: -1.
+  int keepAlive(ReqRespPDU& pdu, const char* text, unsigned long interval) noexcept;
+
+  /// getAvailableProtocols answers the transports that work on this machine, as bits of EnumProtocol.
+  [[nodiscard]] unsigned long getAvailableProtocols() noexcept;
+
+ private:
+  int operateUnicast(ReqRespPDU& pdu, Target& target, EnumPDUType type) noexcept;
+  int operateBroadcast(ReqRespPDU& pdu, BCastOptions* options, EnumPDUType type) noexcept;
+  [[nodiscard]] int encodePacket(ReqRespPDU& pdu, Target& target, char* out) noexcept;
+  [[nodiscard]] int decodePacket(const char* in, int length, ReqRespPDU& pdu) noexcept;
+  [[nodiscard]] int decodeTrapPacket(const _MESSAGE* message, TrapPDU& trap) noexcept;
+  [[nodiscard]] int decodeSAPPacket(const char* in, int length, Printer& printer) noexcept;
+  [[nodiscard]] int makePrinterObject(ReqRespPDU& pdu, Printer& printer) noexcept;
+  [[nodiscard]] int isTrapServerRunning() noexcept;
+
+  std::string appName_;
+  TrapCallback onTrap_ = nullptr;
+  int requestId_ = 0;
+  int registered_ = 0;
+  [[maybe_unused]] int reserved_ = 0;
+};

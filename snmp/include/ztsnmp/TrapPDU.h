@@ -1,0 +1,52 @@
+#pragma once
+
+#include <memory>
+
+#include "IPAddress.h"
+#include "Numbers.h"
+#include "OID.h"
+#include "VarBind.h"
+
+/// TrapPDU is a received SNMPv1 trap (RFC 1157, section 4.1.6). Only the library's decoder fills it.
+class ZTSNMP_API TrapPDU {
+ public:
+  TrapPDU() noexcept;
+  TrapPDU(const TrapPDU& other);  ///< copies deeply
+  TrapPDU& operator=(const TrapPDU& other);
+  TrapPDU(TrapPDU&& other) noexcept;
+  TrapPDU& operator=(TrapPDU&& other) noexcept;
+  ~TrapPDU();
+
+  [[nodiscard]] const VarBind* getVarBindList() const noexcept { return varBinds_.get(); }
+  [[nodiscard]] int getVarBindCount() const noexcept { return varBindCount_; }
+  /// getVarBind answers one binding. The index, from 0, is not checked.
+  [[nodiscard]] const VarBind& getVarBind(unsigned index) const noexcept { return varBinds_[index]; }
+
+  /// getEnterprise answers the type of the object that sent the trap.
+  [[nodiscard]] const OID& getEnterprise() const noexcept { return enterprise_; }
+
+  /// getSourceAddress answers the agent's address as the trap states it, or null before anything was decoded.
+  [[nodiscard]] const NetworkAddress* getSourceAddress() const noexcept { return source_.get(); }
+
+  /// getTrapType answers the generic type: 0 coldStart, 1 warmStart, 2 linkDown, 3 linkUp, 4 authenticationFailure,
+  /// 5 egpNeighborLoss, 6 enterpriseSpecific (then `getTrapCode` tells more).
+  [[nodiscard]] int getTrapType() const noexcept { return trapType_; }
+  [[nodiscard]] int getTrapCode() const noexcept { return trapCode_; }
+
+  /// getTrapTime answers the time from the agent's start to the trap.
+  [[nodiscard]] const TimeTicks& getTrapTime() const noexcept { return time_; }
+
+  /// isValid answers 0 when the generic type is 0 to 6 and source address, enterprise and time are valid, else -1.
+  [[nodiscard]] int isValid() const noexcept;
+
+ private:
+  friend class ztsnmp::MessageCodec;
+
+  std::unique_ptr<VarBind[]> varBinds_;
+  int varBindCount_ = 0;
+  OID enterprise_;
+  std::unique_ptr<NetworkAddress> source_;
+  int trapType_ = 0;
+  int trapCode_ = 0;
+  TimeTicks time_;
+};

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <memory>
+
+#include "Null.h"
+#include "OID.h"
+#include "SNMPDataType.h"
+
+namespace ztsnmp {
+class MessageCodec;
+}
+
+/// VarBind is a variable binding: the name of an object and, when there is one, its value (RFC 1157, section 4.1.1).
+class ZTSNMP_API VarBind {
+ public:
+  VarBind() noexcept;
+  explicit VarBind(const OID& name);
+  VarBind(const VarBind& other);  ///< copies name and value deeply
+  VarBind& operator=(const VarBind& other);
+  VarBind(VarBind&& other) noexcept;
+  VarBind& operator=(VarBind&& other) noexcept;
+  ~VarBind();
+
+  [[nodiscard]] const OID& getOID() const noexcept { return name_; }
+  [[nodiscard]] OID& getOID() noexcept { return name_; }
+  int setOID(const OID& name) noexcept;  ///< 0; -1 when memory runs out
+
+  /// hasValue answers whether there is a value at all.
+  [[nodiscard]] bool hasValue() const noexcept { return value_ != nullptr; }
+
+  /// getValue answers the value, whose `getDataType` tells the class to cast it to; a `Null` when there is none. The
+  /// reference holds until the binding's value is replaced, which every request does.
+  [[nodiscard]] const SNMPDataType& getValue() const noexcept { return value_ ? *value_ : nothing_; }
+  [[nodiscard]] SNMPDataType& getValue() noexcept { return value_ ? *value_ : nothing_; }
+
+  /// setValue replaces the value by a copy. -16 for an `IPXAddress` or `PhysAddress`, which are no SNMP values; -1 when
+  /// memory runs out; the old value stays in both cases.
+  int setValue(const SNMPDataType& value) noexcept;
+
+  /// isValid answers 0, or the status of the name or of the value. The value of an `OctetString` may be empty here, but
+  /// not in a PDU, see `ReqRespPDU`.
+  [[nodiscard]] int isValid() const noexcept;
+
+ private:
+  friend class ReqRespPDU;
+  /// isValidInPDU is `isValid` with the stricter rule for the `OctetString`.
+  [[nodiscard]] int isValidInPDU() const noexcept;
+
+  friend class ztsnmp::MessageCodec;
+  OID name_;
+  std::unique_ptr<SNMPDataType> value_;
+  Null nothing_;
+};
