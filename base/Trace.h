@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string>
 #include <string_view>
 
 #include "TextBuilder.h"
@@ -20,6 +21,18 @@ void WriteTrace(Severity severity, std::string_view source, int line, std::strin
 // WriteDebug writes the text, as it is, to the debugger output. It does not touch the log.
 void WriteDebug(std::string_view text);
 void WriteDebug(std::wstring_view text);
+
+// ScopedLogger marks in the debugger output when a scope is entered and left.
+class ScopedLogger {
+ public:
+  explicit ScopedLogger(std::string_view scope) : scope_(scope) { WriteDebug(scope_ + " >> enter\n"); }
+  ~ScopedLogger() { WriteDebug(scope_ + " << leave\n"); }
+  ScopedLogger(const ScopedLogger&) = delete;
+  ScopedLogger& operator=(const ScopedLogger&) = delete;
+
+ private:
+  std::string scope_;
+};
 
 }  // namespace zt
 

@@ -1,0 +1,13 @@
+#include <windows.h>
+
+#include "CodePage.h"
+#include "ConfirmBox.h"
+
+namespace zt {
+
+bool ConfirmSending(const std::string& report) {
+  return MessageBoxW(nullptr, ToWide(report).c_str(), L"Click Cancel not to send data to server", MB_OKCANCEL) !=
+         IDCANCEL;
+}
+
+}  // namespace zt

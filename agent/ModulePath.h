@@ -1,0 +1,17 @@
+#pragma once
+
+#include <string>
+
+namespace zt {
+
+// ModulePath is the path of the running program, taken apart.
+struct ModulePath {
+  std::wstring directory;  // with drive and trailing backslash
+  std::wstring baseName;
+  std::wstring extension;  // with its dot
+
+  // OfThisProgram answers the path of the program file; all empty when it is longer than 260 characters.
+  static ModulePath OfThisProgram();
+};
+
+}  // namespace zt

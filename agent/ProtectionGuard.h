@@ -1,0 +1,24 @@
+#pragma once
+
+#include <string>
+
+#include "Handle.h"
+
+namespace zt {
+
+// ProtectionGuard keeps two product-protection runs off the same queue: while it lives, a file mapping named after the
+// queue exists.
+class ProtectionGuard {
+ public:
+  explicit ProtectionGuard(const std::wstring& queueName);
+
+  // HeldByAnother tells whether another process is at work on this queue. A guard that could not be made counts as
+  // free.
+  bool HeldByAnother() const { return heldByAnother_; }
+
+ private:
+  KernelHandle mapping_;
+  bool heldByAnother_ = false;
+};
+
+}  // namespace zt

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "Handle.h"
+#include "Trace.h"
+
+namespace zt {
+
+// Logger writes trace lines to the text file that an administrator names in the registry. Until a configuration is
+// found it is off and costs nothing. Every failure is silent: lines are lost, or rotation waits for a later flush.
+//
+// Lines are held back and written in batches, and the file is open only during a batch, so that other processes can
+// append to it, rotate it or read it in between.
+class Logger {
+ public:
+  Logger() = default;
+  // Flushes what is pending.
+  ~Logger();
+  Logger(const Logger&) = delete;
+  Logger& operator=(const Logger&) = delete;
+
+  // Start reads Level (REG_DWORD) and File (string) under HKEY_LOCAL_MACHINE\SOFTWARE\Tressil\Logger\<component>. When
+  // both are usable and the level is not 0, it switches the log on, sets traceLevel and writes the path to the debugger
+  // output. To be called at most once.
+  void Start(const std::wstring& component);
+
+  // Write queues one line. With more than 10 lines queued it flushes.
+  void Write(Severity severity, std::string_view source, int line, std::string_view message);
+
+  // Flush rotates the file when it has grown beyond 1 MiB, then appends every queued line.
+  void Flush();
+
+ private:
+  FileHandle OpenForAppending() const;
+  void RotateWhenLarge() const;
+
+  bool enabled_ = false;
+  std::wstring path_;
+  std::vector<std::string> pending_;
+  CRITICAL_SECTION guard_ = {};  // of the queue, the file and the rotation; initialised when enabled
+};
+
+// processLogger is the log that ZT_TRACE writes to.
+extern Logger processLogger;
+
+}  // namespace zt

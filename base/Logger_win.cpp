@@ -1,0 +1,117 @@
+#include "AccessList.h"
+#include "LogLine.h"
+#include "Logger.h"
+#include "RegistryKey.h"
+
+namespace zt {
+namespace {
+
+constexpr std::size_t maximumPathLength = 259;
+constexpr std::size_t linesHeldBack = 10;
+constexpr std::uint64_t rotationSize = 1048576;
+constexpr int oldestCopy = 5;
+// 1024 spins; the top bit asks for the event to be allocated beforehand.
+constexpr DWORD spinCount = 0x80000400;
+
+class CriticalSectionLock {
+ public:
+  explicit CriticalSectionLock(CRITICAL_SECTION& section) : section_(section) { EnterCriticalSection(&section_); }
+  ~CriticalSectionLock() { LeaveCriticalSection(&section_); }
+  CriticalSectionLock(const CriticalSectionLock&) = delete;
+  CriticalSectionLock& operator=(const CriticalSectionLock&) = delete;
+
+ private:
+  CRITICAL_SECTION& section_;
+};
+
+LogMoment CurrentMoment() {
+  SYSTEMTIME now;
+  GetLocalTime(&now);
+  return {now.wMonth, now.wDay, now.wHour, now.wMinute, GetTickCount64()};
+}
+
+FileHandle Append(const std::wstring& path, DWORD disposition) {
+  return FileHandle(CreateFileW(path.c_str(), FILE_APPEND_DATA, FILE_SHARE_READ, nullptr, disposition,
+                                FILE_ATTRIBUTE_NORMAL, nullptr));
+}
+
+}  // namespace
+
+Logger processLogger;
+
+Logger::~Logger() {
+  if (!enabled_) return;
+  Flush();
+  traceLevel = 0;
+  enabled_ = false;
+  DeleteCriticalSection(&guard_);
+}
+
+void Logger::Start(const std::wstring& component) {
+  const RegistryKey key = RegistryKey::Open(L"SOFTWARE\\Tressil\\Logger\\" + component, KEY_READ);
+  const auto level = key.ReadDword(L"Level");
+  const auto file = key.ReadString(L"File");
+  if (!level || *level == 0 || !file || file->size() > maximumPathLength) return;
+
+  path_ = *file;
+  WriteDebug(path_);
+  InitializeCriticalSectionAndSpinCount(&guard_, spinCount);
+  enabled_ = true;
+  traceLevel = *level;
+}
+
+void Logger::Write(Severity severity, std::string_view source, int line, std::string_view message) {
+  if (!enabled_) return;
+  const std::string body = LogBody(severity, source, line, message);
+  bool full = false;
+  {
+    const CriticalSectionLock lock(guard_);
+    pending_.push_back(LogPrefix(CurrentMoment(), GetCurrentThreadId()) + "\t" + body + "\r\n");
+    full = pending_.size() > linesHeldBack;
+  }
+  if (full) Flush();
+}
+
+void Logger::Flush() {
+  if (!enabled_) return;
+  const CriticalSectionLock lock(guard_);
+  if (pending_.empty()) return;
+  RotateWhenLarge();
+  if (const FileHandle file = OpenForAppending()) {
+    for (const std::string& line : pending_) {
+      DWORD written = 0;
+      WriteFile(file.Get(), line.data(), static_cast<DWORD>(line.size()), &written, nullptr);
+    }
+  }
+  pending_.clear();
+}
+
+FileHandle Logger::OpenForAppending() const {
+  if (FileHandle existing = Append(path_, OPEN_EXISTING)) return existing;
+  if (!Append(path_, OPEN_ALWAYS)) return FileHandle();
+  GrantEveryoneFullAccess(path_);
+  return Append(path_, OPEN_ALWAYS);
+}
+
+void Logger::RotateWhenLarge() const {
+  WIN32_FILE_ATTRIBUTE_DATA file;
+  if (!GetFileAttributesExW(path_.c_str(), GetFileExInfoStandard, &file)) return;
+  if (((std::uint64_t{file.nFileSizeHigh} << 32) | file.nFileSizeLow) <= rotationSize) return;
+
+  // The mutex is the sign that a process is rotating this file; nobody waits for it.
+  const KernelHandle inUse(CreateMutexW(nullptr, FALSE, L"_LOG___INUSE_"));
+  if (GetLastError() == ERROR_ALREADY_EXISTS) return;
+
+  const auto copy = [&](int number) { return path_ + L"." + std::to_wstring(number); };
+  DeleteFileW(copy(oldestCopy).c_str());
+  for (int number = oldestCopy - 1; number >= 0; --number) {
+    MoveFileW(copy(number).c_str(), copy(number + 1).c_str());
+  }
+  MoveFileW(path_.c_str(), copy(0).c_str());
+}
+
+void WriteTrace(Severity severity, std::string_view source, int line, std::string_view message) {
+  processLogger.Write(severity, source, line, message);
+}
+
+}  // namespace zt

@@ -1,0 +1,51 @@
+#include "LogLine.h"
+
+#include <gtest/gtest.h>
+
+#include "Trace.h"
+
+namespace zt {
+namespace {
+
+TEST(LogLine, PrefixHasDateTicksAndThread) {
+  const LogMoment moment{3, 14, 9, 5, 5234007};
+  EXPECT_EQ(LogPrefix(moment, 1432), "03-14 09:05\t5234.007\t1432");
+  EXPECT_EQ(LogPrefix(moment, 7), "03-14 09:05\t5234.007\t0007");
+  EXPECT_EQ(LogPrefix(moment, 123456), "03-14 09:05\t5234.007\t123456");
+  // Without thread ID the malformed tick field is kept.
+  EXPECT_EQ(LogPrefix(moment, std::nullopt), "03-14 09:05\t5234.037");
+  // A machine that has been up for more than 49 days.
+  EXPECT_EQ(LogPrefix({12, 31, 23, 59, 5000000000999}, 1), "12-31 23:59\t5000000000.999\t0001");
+}
+
+TEST(LogLine, BodyNamesTheModule) {
+  const struct {
+    const char* source;
+    const char* body;
+  } rows[] = {
+      {"agent/TOVAgent.cpp", "TOVAgent,217\t4\tx"},
+      {"C:\\src\\agent\\TOVAgent.cpp", "TOVAgent,217\t4\tx"},
+      {"agent/TOVAgent_win.cpp", "TOVAgent,217\t4\tx"},
+      {"plain", "plain,217\t4\tx"},
+      {"a.b/c", "c,217\t4\tx"},
+      {"", ",217\t4\tx"},
+  };
+  for (const auto& row : rows) EXPECT_EQ(LogBody(Severity::Information, row.source, 217, "x"), row.body);
+}
+
+TEST(TraceLevel, UnwantedTextIsNotEvenBuilt) {
+  traceLevel = 3;
+  bool built = false;
+  const auto text = [&] {
+    built = true;
+    return "text";
+  };
+  ZT_TRACE(Information, text());
+  EXPECT_FALSE(built);
+  ZT_TRACE(Warning, text());
+  EXPECT_TRUE(built);
+  traceLevel = 0;
+}
+
+}  // namespace
+}  // namespace zt

@@ -1,0 +1,70 @@
+#include "Xml.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace zt {
+namespace {
+
+TEST(Xml, TextIsThatOfALeadingTextNode) {
+  const struct {
+    const char* xml;
+    const char* text;  // null: none
+  } rows[] = {
+      {"<e>a</e>", "a"},
+      {"<e> a </e>", " a "},
+      {"<e></e>", nullptr},
+      {"<e/>", nullptr},
+      {"<e>  </e>", nullptr},
+      {"<e><f>a</f></e>", nullptr},
+      {"<e><!-- c -->a</e>", nullptr},
+      {"<e><![CDATA[a]]></e>", "a"},
+      {"<e><![CDATA[]]></e>", nullptr},
+      {"<e>a<f/>b</e>", "a"},
+      {"<e>&amp;</e>", "&"},
+  };
+  for (const auto& row : rows) {
+    tinyxml2::XMLDocument document;
+    ASSERT_EQ(document.Parse(row.xml), tinyxml2::XML_SUCCESS) << row.xml;
+    const char* text = ChildText(nullptr, "e");
+    EXPECT_EQ(text, nullptr);
+    EXPECT_STREQ(TextOf(FindChild(&document, "e")), row.text) << row.xml;
+  }
+}
+
+TEST(Xml, BareAmpersand) {
+  const struct {
+    const char* xml;
+    bool bare;
+  } rows[] = {
+      {"<e>a&b</e>", true},
+      {"<e>a & b</e>", true},
+      {"<e>&;</e>", true},
+      {"<e>&1;</e>", true},
+      {"<e>&a b;</e>", true},
+      {"<e>&#;</e>", true},
+      {"<e>&#x;</e>", true},
+      {"<e>&#12G;</e>", true},
+      {"<e a='&'/>", true},
+      {"&", true},
+      {"<!-- & --><e>&</e>", true},
+      {"<e>&amp;&lt;&#38;&#x26;&my-name;</e>", false},
+      {"<e><!-- a & b --></e>", false},
+      {"<e><![CDATA[a & b]]></e>", false},
+      {"<?xml & ?><e/>", false},
+      {"<!-- & ", false},  // unclosed markup fails in the parser anyway
+      {"", false},
+  };
+  for (const auto& row : rows) EXPECT_EQ(HasBareAmpersand(row.xml), row.bare) << row.xml;
+}
+
+TEST(Xml, NestingIsBounded) {
+  std::string deep;
+  for (int depth = 0; depth < 100000; ++depth) deep += "<a>";
+  tinyxml2::XMLDocument document;
+  EXPECT_NE(document.Parse(deep.data(), deep.size()), tinyxml2::XML_SUCCESS);
+}
+
+}  // namespace
+}  // namespace zt

@@ -1,0 +1,25 @@
+#!/usr/bin/env bash
+# Installs what building, testing and showing the agent needs on Debian 12. Packages that are there already are left alone.
+set -euo pipefail
+
+packages=(
+  # build
+  g++ clang-format g++-mingw-w64-x86-64-posix cmake ninja-build libtinyxml2-dev googletest dpkg-dev ca-certificates
+  # the simulated world
+  wine wine64 snmpd snmp python3 openssl iproute2 util-linux xvfb xdotool x11-utils imagemagick
+)
+
+missing=()
+for package in "${packages[@]}"; do
+  [ "$(dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null)" = installed ] || missing+=("$package")
+done
+if [ ${#missing[@]} -eq 0 ]; then
+  echo "Packages: all ${#packages[@]} are installed"
+  exit 0
+fi
+
+echo "Packages to install: ${missing[*]}"
+as_root=()
+[ "$(id -u)" -eq 0 ] || as_root=(sudo)
+"${as_root[@]}" apt-get -qq update
+"${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -qq install -y --no-install-recommends "${missing[@]}" >/dev/null
