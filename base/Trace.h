@@ -22,6 +22,9 @@ void WriteTrace(Severity severity, std::string_view source, int line, std::strin
 void WriteDebug(std::string_view text);
 void WriteDebug(std::wstring_view text);
 
+// WriteKvfDebug writes "[KVF] " and the text to the debugger output: the form of the printer-access and HTTP layers.
+void WriteKvfDebug(std::string_view text);
+
 // ScopedLogger marks in the debugger output when a scope is entered and left.
 class ScopedLogger {
  public:
