@@ -1,0 +1,45 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "ReportRecord.h"
+
+namespace zt {
+
+// PPAInformation is the product-protection report about one printer: its identity, the version and form of its
+// consumable data, its toners with their dot usage, and the user's agreement.
+class PPAInformation : public ReportRecord {
+ public:
+  bool ReadTonerXml(const tinyxml2::XMLElement& toner, std::string& messages) override;
+
+  // ToText answers BuildXml.
+  std::string ToText() const override { return BuildXml(); }
+
+  // ReadXml reads the device part of the printer's document: installed date, interface version and form. A document
+  // with neither `Count` nor `Supplies` carries no data and is reported.
+  bool ReadXml(std::string_view document, std::string& messages) override;
+
+  // ReadCountsAndSupplies reads the toners. This report has no counters.
+  bool ReadCountsAndSupplies(std::string_view document, std::string& messages) override;
+
+  void SetCurrentVersion(std::string_view text) { SetValue("CurrentVersion", text); }
+  void SetSBX(std::string_view text) { SetValue("SBX", text); }
+  void SetFormatType(std::string_view text) { SetValue("FormatType", text); }
+
+  // SetAgreement stores whether the user agreed to the product protection.
+  void SetAgreement(bool agreed) { agreed_ = agreed; }
+
+  // BuildXml writes the document from the values that were set. A toner whose colour is not 1 to 4 leaves an unclosed
+  // element, which ValidateXml then rejects.
+  std::string BuildXml() const;
+
+  // ValidateXml checks a report and appends what is missing or wrong to `messages`; true only when it found nothing. A
+  // document that does not parse replaces the messages by one.
+  static bool ValidateXml(std::string_view document, std::string& messages);
+
+ private:
+  bool agreed_ = false;
+};
+
+}  // namespace zt
