@@ -35,8 +35,8 @@ TEST(RegistryKey, StoredValuesAreHostileUntilChecked) {
       {REG_QWORD, L"\x1\0\0\0", 8, std::nullopt, std::nullopt},
       {REG_SZ, L"1", 4, std::nullopt, L"1"},
       {REG_EXPAND_SZ, L"%TEMP%", 14, std::nullopt, L"%TEMP%"},
-      {REG_SZ, L"ab", 4, std::nullopt, std::nullopt},  // no terminator
-      {REG_SZ, L"ab", 3, std::nullopt, std::nullopt},  // half a character
+      {REG_SZ, L"abc", 4, std::nullopt, std::nullopt},  // no terminator
+      {REG_SZ, L"ab", 3, std::nullopt, std::nullopt},   // half a character
       {REG_SZ, L"", 0, std::nullopt, L""},
       {REG_SZ, L"a\0b", 8, std::nullopt, L"a"},
       {REG_BINARY, L"a", 4, std::nullopt, std::nullopt},
