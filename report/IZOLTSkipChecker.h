@@ -1,16 +1,12 @@
 #pragma once
 
 #include <cstdint>
-#include <optional>
 #include <string_view>
 
 #include "ServerPolicy.h"
+#include "TimeText.h"
 
 namespace zt {
-
-// A time text that takes the place of a stored or of the current time; none leaves that in force. An empty text is a
-// text.
-using OptionalTimeText = std::optional<std::string_view>;
 
 // IZOLTSkipChecker answers from the local history whether work was done, or failed, so recently that it is not to be
 // repeated, and records what happened. `id` keys the history of one printer. Days are whole days.

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -8,10 +10,13 @@
 #include "TonerRecord.h"
 
 namespace tinyxml2 {
+class XMLDocument;
 class XMLElement;
-}
+}  // namespace tinyxml2
 
 namespace zt {
+
+struct ElementMessage;
 
 // ReportRecord is what the print-volume and the product-protection report about one printer share: the device values,
 // the toners, the document that the printer may have delivered itself, and the frame of the XML document. Texts are
@@ -64,9 +69,31 @@ class ReportRecord {
   ReportRecord& operator=(const ReportRecord&) = default;
   ReportRecord& operator=(ReportRecord&&) = default;
 
+  // ElementLines writes one line per element, in the order of the names, each ending in LF.
+  static std::string ElementLines(const ElementValues& values);
+
   // BuildDocument writes the frame, the device values and the toners, with lines of the derived record's own before
   // and after the supplies. Every line ends in LF.
   std::string BuildDocument(std::string_view beforeSupplies, std::string_view afterSupplies) const;
+
+  // ParseReport parses a document of the printer into `xml`; false, with its message, when it does not parse.
+  static bool ParseReport(std::string_view document, tinyxml2::XMLDocument& xml, std::string& messages);
+
+  // RequireReport answers the `ZOLT` element of a parsed document; null, with its message, when there is none.
+  static const tinyxml2::XMLElement* RequireReport(const tinyxml2::XMLDocument& xml, std::string& messages);
+
+  // ReadDeviceValues copies those of the elements that stand in the report.
+  void ReadDeviceValues(const tinyxml2::XMLElement* report, std::span<const char* const> elements);
+
+  // ReadToners gives each `Toner` of the report's `Supplies` to ReadTonerXml.
+  void ReadToners(const tinyxml2::XMLElement* report, std::string& messages);
+
+  // ReadTonerColour answers 1 to 4; 0, with its message, when the colour is missing or unknown.
+  static std::int32_t ReadTonerColour(const tinyxml2::XMLElement& toner, std::string& messages);
+
+  // ReadTonerTexts copies the elements into the toner, with the message of each that is missing.
+  static void ReadTonerTexts(const tinyxml2::XMLElement& element, std::span<const ElementMessage> texts,
+                             TonerRecord& toner, std::string& messages);
 
  private:
   std::string deviceDocument_;

@@ -52,6 +52,8 @@ class ZOLTInformation : public ReportRecord {
   static bool ValidateXml(std::string_view document, std::string& messages);
 
  private:
+  void ReadCounts(const tinyxml2::XMLElement* report, std::string& messages);
+
   bool documentMode_ = false;
   bool fromUniversalDriver_ = false;
   ElementValues counterValues_;

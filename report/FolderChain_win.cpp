@@ -1,0 +1,20 @@
+#include <windows.h>
+
+#include "FolderChain.h"
+#include "TextBuilder.h"
+#include "Trace.h"
+
+namespace zt {
+
+void CreateFolderChain(const std::wstring& folder) {
+  for (std::size_t end = folder.find(L'\\'); end != std::wstring::npos; end = folder.find(L'\\', end + 1)) {
+    if (CreateDirectoryW(folder.substr(0, end).c_str(), nullptr)) continue;
+    const DWORD error = GetLastError();
+    if (error != ERROR_PATH_NOT_FOUND) continue;
+    WriteDebug((TextBuilder() << "LE : " << error).Take());
+    return;
+  }
+  CreateDirectoryW(folder.c_str(), nullptr);
+}
+
+}  // namespace zt

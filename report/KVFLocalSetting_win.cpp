@@ -1,0 +1,126 @@
+#include <windows.h>
+
+#include "KVFLocalSetting.h"
+// after windows.h
+#include <shlobj.h>
+#include <shlwapi.h>
+
+#include <optional>
+
+#include "AccessList.h"
+#include "CodePage.h"
+#include "FolderChain.h"
+#include "Handle.h"
+#include "Trace.h"
+
+namespace zt {
+namespace {
+
+constexpr LONGLONG maximumFileSize = 16 * 1024 * 1024;
+
+std::wstring SettingsFolder() {
+  wchar_t folder[MAX_PATH] = {};
+  if (FAILED(SHGetFolderPathW(nullptr, CSIDL_COMMON_APPDATA, nullptr, SHGFP_TYPE_CURRENT, folder))) return {};
+  PathAppendW(folder, L"Velnora");
+  PathAppendW(folder, L"Printer");
+  return folder;
+}
+
+std::wstring SettingsPath(const std::wstring& folder, std::string_view name) {
+  wchar_t path[MAX_PATH] = {};
+  // A path that is too long for the buffer leaves a store without a file.
+  if (!PathCombineW(path, folder.c_str(), (ToWide(name) + L".ini").c_str())) return {};
+  return path;
+}
+
+FileHandle OpenForWriting(const std::wstring& path) {
+  return FileHandle(CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+}
+
+// A file that is there must be writable, or a run would repeat its work for ever without remembering it.
+bool IsLocked(const std::wstring& path) {
+  const DWORD attributes = GetFileAttributesW(path.c_str());
+  if (attributes == INVALID_FILE_ATTRIBUTES) {
+    const DWORD error = GetLastError();
+    if (error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND) return false;
+  } else if (attributes & FILE_ATTRIBUTE_DIRECTORY) {
+    return false;
+  }
+  return !OpenForWriting(path);
+}
+
+std::optional<std::string> ReadAll(const FileHandle& file) {
+  LARGE_INTEGER size = {};
+  if (!GetFileSizeEx(file.Get(), &size) || size.QuadPart > maximumFileSize) return std::nullopt;
+  std::string bytes(static_cast<std::size_t>(size.QuadPart), '\0');
+  DWORD read = 0;
+  if (!ReadFile(file.Get(), bytes.data(), static_cast<DWORD>(bytes.size()), &read, nullptr)) return std::nullopt;
+  bytes.resize(read);
+  return bytes;
+}
+
+bool WriteAll(const FileHandle& file, const std::string& bytes) {
+  DWORD written = 0;
+  return WriteFile(file.Get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr) &&
+         written == bytes.size();
+}
+
+}  // namespace
+
+KVFLocalSetting::KVFLocalSetting(std::string_view name) : folder_(SettingsFolder()) {
+  if (!name.empty()) path_ = SettingsPath(folder_, name);
+  CreateFolderChain(folder_);
+}
+
+KVFLocalSetting::~KVFLocalSetting() {
+  if (dirty_ && !path_.empty() && !Save(path_)) ZT_TRACE(Error, "Failed to save to file!");
+}
+
+bool KVFLocalSetting::Load() {
+  sections_.clear();
+  if (path_.empty() || IsLocked(path_)) return false;
+  const FileHandle file(CreateFileW(path_.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
+                                    FILE_ATTRIBUTE_NORMAL, nullptr));
+  if (!file) return true;
+  const std::optional<std::string> text = ReadAll(file);
+  if (!text) return false;
+  sections_ = ParseIni(*text);
+  return true;
+}
+
+bool KVFLocalSetting::GetValue(std::string_view section, std::string_view key, std::string& text) const {
+  const auto inSection = sections_.find(section);
+  if (inSection == sections_.end()) return false;
+  const auto value = inSection->second.find(key);
+  if (value == inSection->second.end()) return false;
+  text = value->second;
+  return true;
+}
+
+void KVFLocalSetting::SetValue(std::string_view section, std::string_view key, std::string_view text) {
+  sections_[std::string(section)].insert_or_assign(std::string(key), text);
+  dirty_ = true;
+}
+
+bool KVFLocalSetting::Save(const std::wstring& path) const {
+  WriteDebug(path);
+  // The file is not truncated, on purpose: a process that dies while it writes must not leave an empty history.
+  FileHandle file = OpenForWriting(path);
+  if (!file) return false;
+  const bool created = GetLastError() != ERROR_ALREADY_EXISTS;
+  const bool written = WriteAll(file, FormatIni(sections_));
+  file.Reset();
+  if (created) GrantEveryoneFullAccess(path);
+  return written;
+}
+
+bool KVFLocalSetting::DeleteSettingsFile() {
+  if (path_.empty()) return false;
+  if (DeleteFileW(path_.c_str())) return true;
+  const std::wstring message = L"Can't delete file (" + path_ + L")!!!";
+  WriteDebug(message);
+  ZT_TRACE(Warning, message);
+  return false;
+}
+
+}  // namespace zt

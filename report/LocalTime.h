@@ -1,0 +1,11 @@
+#pragma once
+
+#include <ctime>
+#include <optional>
+
+namespace zt {
+
+// ToLocalTime answers the broken-down local time; nothing for a time that the C library cannot convert.
+std::optional<std::tm> ToLocalTime(std::time_t time);
+
+}  // namespace zt

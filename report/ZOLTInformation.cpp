@@ -1,0 +1,142 @@
+#include "ZOLTInformation.h"
+
+#include "ReportXml.h"
+#include "Text.h"
+
+namespace zt {
+namespace {
+
+constexpr const char* deviceTexts[] = {"SystemInstalledDate", "SystemFirmwareVersion", "ProductType"};
+
+constexpr ElementMessage tonerTexts[] = {{"VendorName", "/no tvendorname"},
+                                         {"SupplierID", "/no tsupplid"},
+                                         {"ModelID", "/no tmodelid"},
+                                         {"SerialNumber", "/no tlevel"},  // the level's code, on purpose
+                                         {"InstalledDate", "/no tinstdate"}};
+
+constexpr ElementMessage deviceRules[] = {{"MDL", "/error:no mdl"},
+                                          {"ProductType", "/error:no producttype"},
+                                          {"GeneralSerialNumber", "/error:no serial number"},
+                                          {"SystemFirmwareVersion", "/error:no fwver"},
+                                          {"SystemInstalledDate", "/warning:no systeminstalleddate"}};
+constexpr ElementMessage countRules[] = {{"DevTotalMonoCount", "/error:no mono count"},
+                                         {"DevTotalColorCount", "/warning:no color count or Mono model"}};
+constexpr ElementMessage tonerRules[] = {{"Level", "/warning:no level or Not Support"},
+                                         {"AverageAreaCoverage", "/warning:no averageareacoverage or Not Support"},
+                                         {"VendorName", "/warning:no vendorname"},
+                                         {"ModelID", "/error:no modelid"},
+                                         {"SupplierID", "/warning:no supplierid"},
+                                         {"SerialNumber", "/warnig:no serial number"},  // spelled so on purpose
+                                         {"InstalledDate", "/warning:no install date"}};
+constexpr ElementMessage closingRules[] = {{"SourceType", "/info:is not RQD"},
+                                           {"IBL", "/error:no CRUM - IBL info"},
+                                           {"TTime", "/error:no CRUM - TTime info"},
+                                           {"CountryIndex", "/warning:no CountryIndex"}};
+
+std::string CountText(std::int32_t pages) { return pages < 0 ? std::string() : std::to_string(pages); }
+
+// A printer without the figure says so in words; the element then stays unset.
+bool IsSupported(std::string_view text) { return text != "Not Support"; }
+
+std::uint32_t ReadUnsigned(const char* text) { return static_cast<std::uint32_t>(ReadLeadingDecimal(text)); }
+
+// Puts the element right at the end of the report, where it is missing, or in place. An empty text changes nothing.
+void AmendElement(tinyxml2::XMLElement& report, const char* name, const std::string& text) {
+  if (text.empty()) return;
+  tinyxml2::XMLElement* element = report.FirstChildElement(name);
+  if (!element) element = report.InsertNewChildElement(name);
+  const char* present = TextOf(element);
+  if (present && text == present) return;
+  element->DeleteChildren();
+  element->SetText(text.c_str());
+}
+
+}  // namespace
+
+void ZOLTInformation::SetTotalMonoCount(std::int32_t pages) { counterValues_["DevTotalMonoCount"] = CountText(pages); }
+
+void ZOLTInformation::SetTotalColorCount(std::int32_t pages) {
+  counterValues_["DevTotalColorCount"] = CountText(pages);
+}
+
+std::string ZOLTInformation::ToText() const { return documentMode_ ? AmendDeviceXml() : BuildXml(); }
+
+std::string ZOLTInformation::BuildXml() const {
+  std::string own;
+  if (fromUniversalDriver_) own += "<SourceType>RQD</SourceType>\n";
+  own += "<Count>\n" + ElementLines(counterValues_) + "</Count>\n";
+  return BuildDocument(own, "");
+}
+
+std::string ZOLTInformation::AmendDeviceXml() const {
+  const std::string& document = DeviceDocument();
+  tinyxml2::XMLDocument xml;
+  if (document.empty() || xml.Parse(document.data(), document.size()) != tinyxml2::XML_SUCCESS) return document;
+  tinyxml2::XMLElement* root = xml.FirstChildElement("root");
+  tinyxml2::XMLElement* report = root ? root->FirstChildElement("ZOLT") : nullptr;
+  if (!report) return document;
+  if (fromUniversalDriver_) report->InsertNewChildElement("SourceType")->SetText("RQD");
+  for (const char* name : {"MDL", "GeneralSerialNumber"}) {
+    const auto value = DeviceValues().find(name);
+    if (value != DeviceValues().end()) AmendElement(*report, name, value->second);
+  }
+  tinyxml2::XMLPrinter printer;
+  xml.Print(&printer);
+  return printer.CStr();
+}
+
+bool ZOLTInformation::ValidateXml(std::string_view document, std::string& messages) {
+  return ValidateReport(document, {deviceRules, countRules, tonerRules, closingRules}, messages);
+}
+
+bool ZOLTInformation::ReadXml(std::string_view document, std::string& messages) {
+  const std::size_t before = messages.size();
+  tinyxml2::XMLDocument xml;
+  if (!ParseReport(document, xml, messages)) return false;
+  const tinyxml2::XMLElement* report = RequireReport(xml, messages);
+  ReadDeviceValues(report, deviceTexts);
+  ReadCounts(report, messages);
+  ReadToners(report, messages);
+  return messages.size() == before;
+}
+
+bool ZOLTInformation::ReadCountsAndSupplies(std::string_view document, std::string& messages) {
+  const std::size_t before = messages.size();
+  tinyxml2::XMLDocument xml;
+  if (!ParseReport(document, xml, messages)) return false;
+  const tinyxml2::XMLElement* report = RequireReport(xml, messages);
+  ReadCounts(report, messages);
+  ReadToners(report, messages);
+  return messages.size() == before;
+}
+
+void ZOLTInformation::ReadCounts(const tinyxml2::XMLElement* report, std::string& messages) {
+  const tinyxml2::XMLElement* counts = FindChild(report, "Count");
+  if (!counts) messages += "/no Count el";
+  if (const char* mono = ChildText(counts, "DevTotalMonoCount")) SetTotalMonoCount(ReadLeadingDecimal(mono));
+  if (const char* colour = ChildText(counts, "DevTotalColorCount")) SetTotalColorCount(ReadLeadingDecimal(colour));
+}
+
+bool ZOLTInformation::ReadTonerXml(const tinyxml2::XMLElement& element, std::string& messages) {
+  const std::size_t before = messages.size();
+  const std::int32_t colour = ReadTonerColour(element, messages);
+  if (colour == 0) return false;
+  TonerRecord toner(colour);
+  const char* level = ChildText(&element, "Level");
+  if (!level) {
+    messages += "/no tlevel";
+  } else if (IsSupported(level)) {
+    toner.SetLevel(ReadUnsigned(level));
+  }
+  const char* coverage = ChildText(&element, "AverageAreaCoverage");
+  if (!coverage) {
+    messages += "/no taac";
+  } else if (IsSupported(coverage)) {
+    toner.SetAverageAreaCoverage(ReadUnsigned(coverage));
+  }
+  ReadTonerTexts(element, tonerTexts, toner, messages);
+  AddToner(std::move(toner));
+  return messages.size() == before;
+}
+
+}  // namespace zt

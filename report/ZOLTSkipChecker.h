@@ -1,0 +1,63 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "IZOLTLocalSetting.h"
+#include "IZOLTSkipChecker.h"
+
+namespace zt {
+
+// ZOLTSkipChecker applies the skip rules to the local settings. Without settings every check answers false and every
+// record does nothing. A check that answers true traces why.
+class ZOLTSkipChecker : public IZOLTSkipChecker {
+ public:
+  // The settings, which may be null, must outlive the checker.
+  ZOLTSkipChecker(IZOLTLocalSetting* settings, Now now) : settings_(settings), now_(std::move(now)) {}
+
+  // SetReferenceTime makes the time text stand for the current time in every check and record.
+  void SetReferenceTime(std::string_view time) { referenceTime_ = time; }
+
+  // DisableChecks makes every Is…Near answer false. Records are still written, so that a test run leaves a normal
+  // history.
+  void DisableChecks() { checksDisabled_ = true; }
+
+  bool IsLastIOFailNear(std::string_view id) override;
+  bool IsLastSendNear(std::string_view id, OptionalTimeText time) override;
+  bool IsLastServerFailNear() override;
+  void RecordIOFail(std::string_view id) override;
+  void RecordServerFail() override;
+  void RecordSendSuccess(std::string_view id, OptionalTimeText time) override;
+  void SetSendInterval(int days) override;
+  void SetPPNormalInterval(int days) override;
+  void SetZOLTEnabled(bool enabled) override;
+  bool GetZOLTEnabled(bool& enabled) override;
+  void SetPPAEnabled(bool enabled) override;
+  bool GetPPAEnabled(bool& enabled) override;
+  bool IsLastPPSendNear(std::string_view id, OptionalTimeText time) override;
+  void RecordPPSend(std::string_view id, OptionalTimeText time) override;
+  bool IsLastPPNormalNear(std::string_view id, OptionalTimeText time) override;
+  void RecordPPNormal(std::string_view id, OptionalTimeText time) override;
+  bool GetServerPolicy(ServerPolicy& policy) override;
+  void StoreServerPolicy(const ServerPolicy& policy) override;
+  void RecordTonerLife(std::string_view id, std::uint32_t life) override;
+  bool UpdateTonerChangeCount(std::string_view id, std::uint32_t count) override;
+  int GetSendInterval(int fallback) override;
+  int GetPPNormalInterval(int fallback) override;
+  bool IsTonerLifeExceeded(std::string_view id) override;
+
+ private:
+  bool ChecksApply() const { return settings_ && !checksDisabled_; }
+  bool IsNear(std::string_view time, int days, std::string_view message) const;
+  std::string CurrentTime() const { return NowText(referenceTime_, now_); }
+  std::string TimeToRecord(OptionalTimeText time) const { return time ? std::string(*time) : CurrentTime(); }
+
+  std::optional<std::string> referenceTime_;
+  IZOLTLocalSetting* settings_;
+  bool checksDisabled_ = false;
+  Now now_;
+};
+
+}  // namespace zt
