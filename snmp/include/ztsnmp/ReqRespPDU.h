@@ -4,6 +4,10 @@
 
 #include "VarBind.h"
 
+namespace ztsnmp {
+class MessageCodec;
+}
+
 /// EnumPDUType says what a PDU asks or answers; the numbers are the BER tags (RFC 1157, section 4.1).
 enum EnumPDUType : int {
   PDUGetRequest = 0xA0,

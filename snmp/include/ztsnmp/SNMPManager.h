@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+#include <span>
 #include <string>
 
 #include "IPAddress.h"
@@ -102,8 +104,7 @@ class ZTSNMP_API SNMPManager {
  private:
   int operateUnicast(ReqRespPDU& pdu, Target& target, EnumPDUType type) noexcept;
   int operateBroadcast(ReqRespPDU& pdu, BCastOptions* options, EnumPDUType type) noexcept;
-  [[nodiscard]] int encodePacket(ReqRespPDU& pdu, Target& target, char* out) noexcept;
-  [[nodiscard]] int decodePacket(const char* in, int length, ReqRespPDU& pdu) noexcept;
+  [[nodiscard]] int encodePacket(ReqRespPDU& pdu, const Target& target, std::span<std::uint8_t> out) noexcept;
   [[nodiscard]] int decodeTrapPacket(const _MESSAGE* message, TrapPDU& trap) noexcept;
   [[nodiscard]] int decodeSAPPacket(const char* in, int length, Printer& printer) noexcept;
   [[nodiscard]] int makePrinterObject(ReqRespPDU& pdu, Printer& printer) noexcept;

@@ -96,7 +96,6 @@ class ZTSNMP_API Target {
   [[nodiscard]] bool needsResolution() const noexcept { return agentAddress_ && !resolved_; }
   int setNetworkAddress(const NetworkAddress& address) noexcept;
   [[nodiscard]] NetworkAddress* validIPAddress() noexcept;
-  [[nodiscard]] NetworkAddress* validFirstIPv6Address() noexcept;
   [[nodiscard]] NetworkAddress* ipv6AddressAt(int index) noexcept;
 
   IPAddress ipAddress_;

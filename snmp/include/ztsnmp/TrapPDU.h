@@ -7,6 +7,10 @@
 #include "OID.h"
 #include "VarBind.h"
 
+namespace ztsnmp {
+class MessageCodec;
+}
+
 /// TrapPDU is a received SNMPv1 trap (RFC 1157, section 4.1.6). Only the library's decoder fills it.
 class ZTSNMP_API TrapPDU {
  public:
@@ -25,8 +29,9 @@ class ZTSNMP_API TrapPDU {
   /// getEnterprise answers the type of the object that sent the trap.
   [[nodiscard]] const OID& getEnterprise() const noexcept { return enterprise_; }
 
-  /// getSourceAddress answers the agent's address as the trap states it, or null before anything was decoded.
-  [[nodiscard]] const NetworkAddress* getSourceAddress() const noexcept { return source_.get(); }
+  /// getSourceAddress answers the agent's address as the trap states it ("0.0.0.0" when it states none); an address
+  /// that is not valid before anything was decoded.
+  [[nodiscard]] const NetworkAddress& getSourceAddress() const noexcept { return source_; }
 
   /// getTrapType answers the generic type: 0 coldStart, 1 warmStart, 2 linkDown, 3 linkUp, 4 authenticationFailure,
   /// 5 egpNeighborLoss, 6 enterpriseSpecific (then `getTrapCode` tells more).
@@ -45,7 +50,7 @@ class ZTSNMP_API TrapPDU {
   std::unique_ptr<VarBind[]> varBinds_;
   int varBindCount_ = 0;
   OID enterprise_;
-  std::unique_ptr<NetworkAddress> source_;
+  IPAddress source_;
   int trapType_ = 0;
   int trapCode_ = 0;
   TimeTicks time_;

@@ -30,8 +30,8 @@ class ZTSNMP_API VarBind {
 
   /// getValue answers the value, whose `getDataType` tells the class to cast it to; a `Null` when there is none. The
   /// reference holds until the binding's value is replaced, which every request does.
-  [[nodiscard]] const SNMPDataType& getValue() const noexcept { return value_ ? *value_ : nothing_; }
-  [[nodiscard]] SNMPDataType& getValue() noexcept { return value_ ? *value_ : nothing_; }
+  [[nodiscard]] const SNMPDataType& getValue() const noexcept;
+  [[nodiscard]] SNMPDataType& getValue() noexcept;
 
   /// setValue replaces the value by a copy. -16 for an `IPXAddress` or `PhysAddress`, which are no SNMP values; -1 when
   /// memory runs out; the old value stays in both cases.
@@ -43,10 +43,10 @@ class ZTSNMP_API VarBind {
 
  private:
   friend class ReqRespPDU;
+  friend class ztsnmp::MessageCodec;
   /// isValidInPDU is `isValid` with the stricter rule for the `OctetString`.
   [[nodiscard]] int isValidInPDU() const noexcept;
 
-  friend class ztsnmp::MessageCodec;
   OID name_;
   std::unique_ptr<SNMPDataType> value_;
   Null nothing_;

@@ -1,0 +1,70 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string_view>
+
+namespace ztsnmp {
+
+/// BerReader walks over received bytes (X.690, basic encoding rules). Every byte leaves it through `take`, which checks
+/// the bounds; the content of an element is read by a reader of its own that cannot leave it. A read that fails leaves
+/// the cursor where it was.
+class BerReader {
+ public:
+  struct Element;
+
+  explicit BerReader(std::span<const std::uint8_t> bytes) noexcept : rest_(bytes) {}
+
+  [[nodiscard]] std::size_t remaining() const noexcept { return rest_.size(); }
+
+  /// take answers the next `count` bytes.
+  [[nodiscard]] std::optional<std::span<const std::uint8_t>> take(std::size_t count) noexcept {
+    if (count > rest_.size()) return std::nullopt;
+    const auto taken = rest_.first(count);
+    rest_ = rest_.subspan(count);
+    return taken;
+  }
+
+  [[nodiscard]] std::optional<std::uint8_t> takeByte() noexcept {
+    const auto taken = take(1);
+    if (!taken) return std::nullopt;
+    return taken->front();
+  }
+
+  /// skipExactly passes over the expected bytes; false when others stand there.
+  [[nodiscard]] bool skipExactly(std::span<const std::uint8_t> expected) noexcept;
+
+  /// takeElement answers the next element, whatever its tag.
+  [[nodiscard]] std::optional<Element> takeElement() noexcept;
+
+  /// enter answers the content of the next element when that has the tag.
+  [[nodiscard]] std::optional<BerReader> enter(std::uint8_t tag) noexcept;
+
+ private:
+  [[nodiscard]] std::optional<std::size_t> takeLength() noexcept;
+
+  std::span<const std::uint8_t> rest_;
+};
+
+struct BerReader::Element {
+  std::uint8_t tag;
+  BerReader content;
+};
+
+/// OidText has room for the longest text that an `OID` takes, and its NUL.
+using OidText = std::array<char, 256>;
+
+/// readInteger reads the content of an INTEGER: 1 to 4 bytes, sign-extended.
+[[nodiscard]] std::optional<std::int32_t> readInteger(BerReader content) noexcept;
+
+/// readUnsigned reads the content of a Counter, Gauge or TimeTicks: 1 to 4 bytes, or 5 of which the first is 00.
+[[nodiscard]] std::optional<std::uint32_t> readUnsigned(BerReader content) noexcept;
+
+/// readObjectIdentifier renders the content of an OBJECT IDENTIFIER as dotted text, NUL-terminated, in `text`, and
+/// answers its length.
+[[nodiscard]] std::optional<std::size_t> readObjectIdentifier(BerReader content, OidText& text) noexcept;
+
+}  // namespace ztsnmp

@@ -1,0 +1,83 @@
+#include "ztsnmp/Numbers.h"
+
+#include <cstdio>
+#include <limits>
+
+namespace {
+
+template <std::size_t N>
+const char* toDecimal(char (&text)[N], int value) {
+  std::snprintf(text, N, "%d", value);
+  return text;
+}
+
+template <std::size_t N>
+const char* toDecimal(char (&text)[N], unsigned value) {
+  std::snprintf(text, N, "%u", value);
+  return text;
+}
+
+}  // namespace
+
+Integer::Integer(int value) noexcept { setValue(value); }
+
+EnumDataType Integer::getDataType() const noexcept { return DataTypeInteger; }
+const char* Integer::toString() const noexcept { return toDecimal(text_, value_); }
+int Integer::isValid() const noexcept { return StatusSuccess; }
+
+int Integer::setValue(int value) noexcept {
+  // Refused on purpose: programs use this number for "no value".
+  if (value == std::numeric_limits<int>::min()) return StatusInvalidInteger;
+  value_ = value;
+  return StatusSuccess;
+}
+
+EnumDataType Counter::getDataType() const noexcept { return DataTypeCounter; }
+const char* Counter::toString() const noexcept { return toDecimal(text_, value_); }
+int Counter::isValid() const noexcept { return StatusSuccess; }
+
+int Counter::setValue(unsigned value) noexcept {
+  value_ = value;
+  return StatusSuccess;
+}
+
+EnumDataType Gauge::getDataType() const noexcept { return DataTypeGauge; }
+const char* Gauge::toString() const noexcept { return toDecimal(text_, value_); }
+int Gauge::isValid() const noexcept { return StatusSuccess; }
+
+int Gauge::setValue(unsigned value) noexcept {
+  value_ = value;
+  return StatusSuccess;
+}
+
+EnumDataType TimeTicks::getDataType() const noexcept { return DataTypeTimeTicks; }
+const char* TimeTicks::toString() const noexcept { return toDecimal(text_, value_); }
+int TimeTicks::isValid() const noexcept { return StatusSuccess; }
+
+int TimeTicks::setValue(unsigned hundredths) noexcept {
+  value_ = hundredths;
+  return StatusSuccess;
+}
+
+const char* TimeTicks::toFormattedString() const noexcept {
+  const unsigned seconds = value_ / 100;
+  const struct {
+    unsigned amount;
+    const char* format;
+  } parts[] = {
+      {seconds / 86400, "%d Days "},
+      {seconds / 3600 % 24, "%d Hours "},
+      {seconds / 60 % 60, "%d Minutes "},
+      // No blank here, and none is cut where this part is missing: programs compare the texts.
+      {seconds % 60, "%d Seconds"},
+  };
+  std::size_t length = 0;
+  formatted_[0] = '\0';
+  for (const auto& part : parts) {
+    if (part.amount == 0) continue;
+    // The longest text, "497 Days 23 Hours 59 Minutes 59 Seconds", fits well.
+    length += static_cast<std::size_t>(
+        std::snprintf(formatted_ + length, sizeof(formatted_) - length, part.format, static_cast<int>(part.amount)));
+  }
+  return formatted_;
+}

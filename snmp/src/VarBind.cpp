@@ -1,0 +1,100 @@
+#include "ztsnmp/VarBind.h"
+
+#include <new>
+#include <utility>
+
+#include "ztsnmp/IPAddress.h"
+#include "ztsnmp/IPv6Address.h"
+#include "ztsnmp/Numbers.h"
+#include "ztsnmp/OctetString.h"
+
+namespace {
+
+template <typename Value>
+std::unique_ptr<SNMPDataType> copyAs(const SNMPDataType& value) {
+  return std::make_unique<Value>(static_cast<const Value&>(value));
+}
+
+/// A copy of the same class; null for the classes that are no SNMP values.
+std::unique_ptr<SNMPDataType> copyOf(const SNMPDataType& value) {
+  switch (value.getDataType()) {
+    case DataTypeInteger:
+      return copyAs<Integer>(value);
+    case DataTypeOctetString:
+      return copyAs<OctetString>(value);
+    case DataTypeNull:
+      return copyAs<Null>(value);
+    case DataTypeOID:
+      return copyAs<OID>(value);
+    case DataTypeIPAddress:
+      // Two classes share this tag.
+      return static_cast<const NetworkAddress&>(value).getAddressType() == AddressTypeIPv6 ? copyAs<IPv6Address>(value)
+                                                                                           : copyAs<IPAddress>(value);
+    case DataTypeCounter:
+      return copyAs<Counter>(value);
+    case DataTypeGauge:
+      return copyAs<Gauge>(value);
+    case DataTypeTimeTicks:
+      return copyAs<TimeTicks>(value);
+    case DataTypeNone:
+      break;
+  }
+  return nullptr;
+}
+
+}  // namespace
+
+VarBind::VarBind() noexcept = default;
+VarBind::VarBind(const OID& name) : name_(name) {}
+VarBind::VarBind(const VarBind& other) : name_(other.name_), value_(other.value_ ? copyOf(*other.value_) : nullptr) {}
+VarBind::VarBind(VarBind&& other) noexcept = default;
+VarBind& VarBind::operator=(VarBind&& other) noexcept = default;
+VarBind::~VarBind() = default;
+
+VarBind& VarBind::operator=(const VarBind& other) {
+  VarBind copy(other);
+  return *this = std::move(copy);
+}
+
+int VarBind::setOID(const OID& name) noexcept {
+  try {
+    name_ = name;
+    return StatusSuccess;
+  } catch (const std::bad_alloc&) {
+    return StatusGeneralError;
+  }
+}
+
+const SNMPDataType& VarBind::getValue() const noexcept {
+  if (value_) return *value_;
+  return nothing_;
+}
+
+SNMPDataType& VarBind::getValue() noexcept {
+  if (value_) return *value_;
+  return nothing_;
+}
+
+int VarBind::setValue(const SNMPDataType& value) noexcept {
+  try {
+    auto copy = copyOf(value);
+    if (!copy) return StatusInvalidValueInVarBind;
+    value_ = std::move(copy);
+    return StatusSuccess;
+  } catch (const std::bad_alloc&) {
+    return StatusGeneralError;
+  }
+}
+
+int VarBind::isValid() const noexcept {
+  if (const int status = name_.isValid(); status != StatusSuccess) return status;
+  return value_ ? value_->isValid() : StatusSuccess;
+}
+
+int VarBind::isValidInPDU() const noexcept {
+  if (const int status = isValid(); status != StatusSuccess) return status;
+  if (!value_ || value_->getDataType() != DataTypeOctetString) return StatusSuccess;
+  std::uint64_t length = 0;
+  const auto* bytes = static_cast<const OctetString&>(*value_).getValue(length);
+  return OctetString::isValidValue(bytes, length);
+}

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <winsock2.h>
+#include <ws2tcpip.h>
+
+namespace ztsnmp {
+
+using NativeSocket = SOCKET;
+using NativeSize = int;
+
+constexpr int kNoDataError = WSANO_DATA;
+
+/// A datagram that is too long makes the read fail by itself.
+constexpr int kReceiveFlags = 0;
+
+[[nodiscard]] bool makeNonBlocking(NativeSocket handle);
+void closeNative(NativeSocket handle);
+
+}  // namespace ztsnmp
