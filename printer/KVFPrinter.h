@@ -1,0 +1,121 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "HResult.h"
+#include "ModelFamily.h"
+#include "PrinterDeviceID.h"
+#include "SupplyEntry.h"
+
+namespace zt {
+
+class PPAInformation;
+class ZOLTInformation;
+
+// StatusBlock is the printer's own 8-byte status.
+struct StatusBlock {
+  std::array<std::uint8_t, 8> bytes{};
+  bool valid = false;  // the printer delivered all of it
+};
+
+// KVFPrinter is the access to one printer. `Open` comes first: the other operations need the device ID that it reads.
+// Results are Ok or a failure code, False where said. Outputs keep their content on failure; texts are in the ANSI code
+// page. `errorText` collects short codes, each beginning with "/", that say why; it is appended to, never cleared.
+class KVFPrinter {
+ public:
+  virtual ~KVFPrinter() = default;
+
+  // Open reads and parses the device ID, the extended one included where the printer has it.
+  virtual HResult Open() = 0;
+
+  virtual HResult GetStatusBlock(StatusBlock& status) = 0;
+
+  // GetPortAddress answers the network address or the device path.
+  virtual HResult GetPortAddress(std::wstring& address) = 0;
+
+  // No form implements this place of the interface: NotImplemented.
+  virtual HResult Unused();
+
+  virtual HResult GetFirmwareVersion(std::string& version) = 0;
+
+  // GetSupplyLevels appends one entry per toner.
+  virtual HResult GetSupplyLevels(std::vector<SupplyEntry>& supplies) = 0;
+
+  // GetSupplyUnitInfo appends the entry of the supply unit.
+  virtual HResult GetSupplyUnitInfo(std::vector<SupplyEntry>& supplies);
+
+  // GetZOLTInformation fills the print-volume record.
+  virtual HResult GetZOLTInformation(ZOLTInformation& record, std::string& errorText) = 0;
+
+  // GetPPAInformation fills the product-protection record.
+  virtual HResult GetPPAInformation(PPAInformation& record, std::string& errorText) = 0;
+
+  virtual HResult GetDeviceID(std::string& deviceID) = 0;
+
+  // GetSerialNumber answers the serial number without surrounding CR, LF and blanks. The printer is asked until it has
+  // answered once.
+  virtual HResult GetSerialNumber(std::string& serialNumber);
+
+  // GetPageCounters answers the largest and the total counter.
+  virtual HResult GetPageCounters(std::uint32_t& largest, std::uint32_t& total) = 0;
+
+  // GetCountryIndex answers the country index of the command set; Fail without one.
+  virtual HResult GetCountryIndex(std::string& countryIndex);
+
+  virtual HResult GetExtendedDeviceID(std::string& extendedID) = 0;
+
+  // SetProtection switches the consumable protection by a vendor request; NotImplemented where there is none.
+  virtual HResult SetProtection(bool on);
+
+  // GetModelFamilyName answers "RV", "DWB", "PHT" or "PHZ"; Fail for an unknown family.
+  virtual HResult GetModelFamilyName(std::string& name);
+
+  // GetModelName answers the model; Fail when it is empty.
+  virtual HResult GetModelName(std::string& model);
+
+  // IsZOLTSupported answers Ok when the printer offers print-volume reporting, else False.
+  virtual HResult IsZOLTSupported();
+
+  // GetSBXState answers the protection state: 0 none, 1 "SBXON", 2 "SBXOFF", 3 "SBXOT". Fail for null.
+  virtual HResult GetSBXState(std::uint32_t* state);
+
+  // GetInstalledDate answers the day of installation, "YYYY-MM-DD".
+  virtual HResult GetInstalledDate(std::string& date);
+
+  // IsUSB tells whether the printer takes vendor requests over USB.
+  virtual bool IsUSB() const { return false; }
+
+  void SetQueueName(std::wstring name) { queueName_ = std::move(name); }
+  const std::wstring& QueueName() const { return queueName_; }
+
+  // The universal driver ("Meridian Print Driver") serves the queue.
+  void SetUniversalDriver(bool universal) { universalDriver_ = universal; }
+  bool IsUniversalDriver() const { return universalDriver_; }
+
+ protected:
+  // AdoptDeviceID parses the device ID and takes the model family from it.
+  void AdoptDeviceID(std::string_view text);
+
+  // ReadIdentity stores model, family name and serial number in the record. A missing model or serial number appends
+  // its code and fails; an unknown family does not.
+  HResult ReadIdentity(ZOLTInformation& record, std::string& errorText);
+
+  ModelFamily family_ = ModelFamily::Unknown;
+  PrinterDeviceID deviceID_;
+
+ private:
+  // ReadSerialNumber asks the printer for its serial number and answers the text as it came.
+  virtual HResult ReadSerialNumber(std::string& serialNumber) = 0;
+
+  std::wstring queueName_;
+  bool universalDriver_ = false;
+  std::optional<std::string> serialNumber_;
+};
+
+}  // namespace zt

@@ -1,0 +1,177 @@
+#include "PrinterSNMPClient.h"
+
+#include <charconv>
+
+#include "Text.h"
+#include "Trace.h"
+#include "ztsnmp/Numbers.h"
+#include "ztsnmp/OID.h"
+#include "ztsnmp/OctetString.h"
+
+namespace zt {
+namespace {
+
+constexpr std::size_t kMaximumRows = 4096;
+constexpr int kNoSuchName = 2;  // RFC 1157, section 4.1.2: no object of that name, or none behind it
+
+std::optional<std::string> TextOf(const SNMPDataType& value) {
+  if (value.getDataType() != DataTypeOctetString) return std::nullopt;
+  std::uint64_t length = 0;
+  const unsigned char* bytes = static_cast<const OctetString&>(value).getValue(length);
+  return std::string(reinterpret_cast<const char*>(bytes), static_cast<std::size_t>(length));
+}
+
+std::optional<std::int32_t> NumberOf(const SNMPDataType& value) {
+  switch (value.getDataType()) {
+    case DataTypeInteger:
+      return static_cast<const Integer&>(value).getValue();
+    case DataTypeCounter:
+      return static_cast<std::int32_t>(static_cast<const Counter&>(value).getValue());
+    case DataTypeGauge:
+      return static_cast<std::int32_t>(static_cast<const Gauge&>(value).getValue());
+    case DataTypeTimeTicks:
+      return static_cast<std::int32_t>(static_cast<const TimeTicks&>(value).getValue());
+    default:
+      return std::nullopt;
+  }
+}
+
+// ArcsOf answers the numbers of a dotted name; nothing when one of them is no 32-bit number.
+std::vector<std::uint32_t> ArcsOf(std::string_view name) {
+  std::vector<std::uint32_t> arcs;
+  for (const std::string_view part : SplitAny(name, ".")) {
+    std::uint32_t arc = 0;
+    const char* const end = part.data() + part.size();
+    const auto [stop, error] = std::from_chars(part.data(), end, arc);
+    if (error != std::errc{} || stop != end) return {};
+    arcs.push_back(arc);
+  }
+  return arcs;
+}
+
+bool IsUnder(std::string_view name, std::string_view column) {
+  return name.size() > column.size() && name.starts_with(column) && name[column.size()] == '.';
+}
+
+}  // namespace
+
+PrinterSNMPClient::PrinterSNMPClient() {
+  target_.setRetryCount(0);
+  target_.setTimeout(3);
+  target_.setReadCommunity("public");
+}
+
+bool PrinterSNMPClient::Initialize(const std::string& address) {
+  // An empty name would be looked up as this computer.
+  return !address.empty() && target_.setAgentAddress(address.c_str()) == StatusSuccess;
+}
+
+bool PrinterSNMPClient::SetReadCommunity(const std::string& community) {
+  return target_.setReadCommunity(community.c_str()) == StatusSuccess;
+}
+
+bool PrinterSNMPClient::GetText(const char* name, std::string& text) {
+  if (!Get(name)) return false;
+  std::optional<std::string> value = TextOf(pdu_.getVarBind(0).getValue());
+  if (!value) return false;
+  text = *std::move(value);
+  return true;
+}
+
+bool PrinterSNMPClient::GetInteger(const char* name, std::int32_t& number) {
+  if (!Get(name)) return false;
+  const std::optional<std::int32_t> value = NumberOf(pdu_.getVarBind(0).getValue());
+  if (!value) return false;
+  number = *value;
+  return true;
+}
+
+std::vector<std::optional<std::string>> PrinterSNMPClient::GetSeveral(std::span<const char* const> names) {
+  std::vector<std::optional<std::string>> texts(names.size());
+  std::vector<std::size_t> asked;  // index of the name behind each binding
+  std::vector<VarBind> bindings;
+  for (std::size_t i = 0; i < names.size(); ++i) {
+    asked.push_back(i);
+    bindings.emplace_back(OID(names[i]));
+  }
+
+  while (!bindings.empty()) {
+    if (pdu_.setVarBindList(bindings.data(), static_cast<int>(bindings.size())) != StatusSuccess) break;
+    if (manager_.get(pdu_, target_) == StatusSuccess) {
+      for (unsigned i = 0; i < asked.size(); ++i) texts[asked[i]] = TextOf(pdu_.getVarBind(i).getValue());
+      break;
+    }
+    // SNMPv1 refuses the whole request when it lacks one object, and says which (RFC 1157, section 4.1.2).
+    const int index = pdu_.getErrorIndex();
+    if (pdu_.getErrorStatus() != kNoSuchName || index < 1 || static_cast<std::size_t>(index) > bindings.size()) break;
+    bindings.erase(bindings.begin() + (index - 1));
+    asked.erase(asked.begin() + (index - 1));
+  }
+  return texts;
+}
+
+bool PrinterSNMPClient::WalkIntegers(const char* column, std::vector<std::int32_t>& numbers) {
+  std::vector<std::int32_t> rows;
+  const bool walked = Walk(column, [&rows](const SNMPDataType& value) {
+    const std::optional<std::int32_t> number = NumberOf(value);
+    if (number) rows.push_back(*number);
+    return number.has_value();
+  });
+  if (walked) numbers = std::move(rows);
+  return walked;
+}
+
+bool PrinterSNMPClient::WalkTexts(const char* column, std::vector<std::string>& texts) {
+  std::vector<std::string> rows;
+  const bool walked = Walk(column, [&rows](const SNMPDataType& value) {
+    std::optional<std::string> text = TextOf(value);
+    if (text) rows.push_back(*std::move(text));
+    return text.has_value();
+  });
+  if (walked) texts = std::move(rows);
+  return walked;
+}
+
+bool PrinterSNMPClient::WalkAndJoin(const char* column, std::string& text) {
+  std::vector<std::string> rows;
+  if (!WalkTexts(column, rows)) return false;
+  text.clear();
+  for (const std::string& row : rows) text += row;
+  return true;
+}
+
+bool PrinterSNMPClient::Get(const char* name) {
+  binding_.setOID(OID(name));
+  return pdu_.setVarBindList(&binding_, 1) == StatusSuccess && manager_.get(pdu_, target_) == StatusSuccess;
+}
+
+template <class Add>
+bool PrinterSNMPClient::Walk(const char* column, Add add) {
+  binding_.setOID(OID(column));
+  std::vector<std::uint32_t> last = ArcsOf(column);
+  for (std::size_t rows = 0;; ++rows) {
+    // The list is set anew for each row: the answer before has left its value in it, and an empty text is refused in a
+    // request.
+    if (pdu_.setVarBindList(&binding_, 1) != StatusSuccess) return false;
+    if (manager_.getNext(pdu_, target_) != StatusSuccess) return pdu_.getErrorStatus() == kNoSuchName;
+
+    const VarBind& row = pdu_.getVarBind(0);
+    const std::string_view name = row.getOID().getValue();
+    if (!IsUnder(name, column)) return true;
+    // A printer whose names don't increase would be walked forever.
+    std::vector<std::uint32_t> arcs = ArcsOf(name);
+    if (arcs <= last) {
+      ZT_TRACE(Warning, "name does not increase in walk of " << column << " : " << name);
+      return false;
+    }
+    if (rows == kMaximumRows) {
+      ZT_TRACE(Warning, "too many rows in walk of " << column);
+      return false;
+    }
+    if (!add(row.getValue())) return false;
+    binding_.setOID(row.getOID());
+    last = std::move(arcs);
+  }
+}
+
+}  // namespace zt
