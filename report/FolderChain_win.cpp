@@ -1,7 +1,6 @@
 #include <windows.h>
 
 #include "FolderChain.h"
-#include "TextBuilder.h"
 #include "Trace.h"
 
 namespace zt {
@@ -11,7 +10,7 @@ void CreateFolderChain(const std::wstring& folder) {
     if (CreateDirectoryW(folder.substr(0, end).c_str(), nullptr)) continue;
     const DWORD error = GetLastError();
     if (error != ERROR_PATH_NOT_FOUND) continue;
-    WriteDebug((TextBuilder() << "LE : " << error).Take());
+    WriteDebug(L"LE : " + std::to_wstring(error));
     return;
   }
   CreateDirectoryW(folder.c_str(), nullptr);

@@ -1,0 +1,61 @@
+#include "IniText.h"
+
+#include <gtest/gtest.h>
+
+namespace zt {
+namespace {
+
+TEST(IniTextTest, ParsesLeniently) {
+  struct Row {
+    std::string_view text;
+    IniSections sections;
+  };
+  const Row rows[] = {
+      {"", {}},
+      {"[Common]\r\nA=1\r\n", {{"Common", {{"A", "1"}}}}},
+      {"[Common]\nA=1", {{"Common", {{"A", "1"}}}}},
+      {"[ Common ]\n A  =  1 \r\n", {{"Common", {{"A", "1"}}}}},
+      {"[Common]\nLastSendTime_P1   =  2014-03-06 10:00:00 ; note\r\n",
+       {{"Common", {{"LastSendTime_P1", "2014-03-06 10:00:00"}}}}},
+      {"[Common] ; note\nA=1;2\n;B=2\n", {{"Common", {{"A", "1"}}}}},
+      {"[S]\nA=1=2\n=3\nB=\nno equals sign\n\n", {{"S", {{"", "3"}, {"A", "1=2"}, {"B", ""}}}}},
+      {"A=0\n[S]\nB=1\n", {{"S", {{"B", "1"}}}}},                  // a key before the first section
+      {"[S]\nA=1\n[]\nB=2\n", {{"S", {{"A", "1"}}}}},              // a section without a name
+      {"[A]\n[B]\nX=1\n[C]\n", {{"A", {}}, {"B", {{"X", "1"}}}}},  // only the last empty section goes
+      {"[S]\nA=1\n[T]\nB=1\n[S]\nA=2\nC=3\nC=4\n", {{"S", {{"A", "2"}, {"C", "4"}}}, {"T", {{"B", "1"}}}}},
+      {"[S\nA]=1\n", {}},
+      {"[S]\n[A=1\n", {{"S", {{"[A", "1"}}}}},
+      {std::string_view("[S]\nA\0B=\xFF\x80\0\n", 13),
+       {{"S", {{std::string("A\0B", 3), std::string("\xFF\x80\0", 3)}}}}},
+  };
+  for (const Row& row : rows) EXPECT_EQ(ParseIni(row.text), row.sections) << row.text;
+
+  const std::string longLine(1 << 20, 'x');
+  EXPECT_EQ(ParseIni("[S]\n" + longLine + "=" + longLine), (IniSections{{"S", {{longLine, longLine}}}}));
+}
+
+TEST(IniTextTest, FormatsInByteOrder) {
+  const IniSections sections = {{"History", {{"b", "2"}, {"B", "1"}, {"a", ""}}}, {"Common", {}}};
+  EXPECT_EQ(FormatIni(sections), "[Common]\r\n[History]\r\nB=1\r\na=\r\nb=2\r\n");
+  // A serial number or a server's answer cannot start a line of its own.
+  EXPECT_EQ(FormatIni({{"S", {{"K_\n", "24\r\n[T]\nZOLTEnabled=2"}}}}), "[S]\r\nK_ =24  [T] ZOLTEnabled=2\r\n");
+}
+
+TEST(IniTextTest, EveryPrefixGivesWhatIsWhole) {
+  const std::string text =
+      "[Common]\r\nZOLTEnabled=1\r\n[History]\r\nLastSendTime_P1=2014-03-06 10:00:00\r\n;c\r\nTonerChangeCount=7\r\n";
+  const IniSections whole = ParseIni(text);
+  for (std::size_t length = 0; length < text.size(); ++length) {
+    const IniSections sections = ParseIni(text.substr(0, length));
+    EXPECT_EQ(ParseIni(FormatIni(sections)), sections) << length;
+    for (const auto& [name, section] : sections) {
+      for (const auto& [key, value] : section) {
+        ASSERT_TRUE(whole.contains(name) && whole.at(name).contains(key)) << length;
+        EXPECT_TRUE(whole.at(name).at(key).starts_with(value)) << length;
+      }
+    }
+  }
+}
+
+}  // namespace
+}  // namespace zt
