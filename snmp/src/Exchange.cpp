@@ -12,7 +12,7 @@ bool receiveAnswer(CommInterface& transport, ReqRespPDU& pdu) {
   std::array<std::uint8_t, MessageCodec::kMaxMessage> buffer;
   std::size_t received = 0;
   if (transport.receive(buffer, received, nullptr) != StatusSuccess) return false;
-  return MessageCodec::decodeResponse(std::span(buffer).first(received), pdu) == StatusSuccess;
+  return MessageCodec::decodePacket(std::span(buffer).first(received), pdu) == StatusSuccess;
 }
 
 }  // namespace

@@ -241,7 +241,7 @@ void MessageCodec::setError(ReqRespPDU& pdu, int status, int index) noexcept {
   pdu.errorIndex_ = index;
 }
 
-int MessageCodec::encode(ReqRespPDU& pdu, std::string_view community, std::span<std::uint8_t> out) noexcept {
+int MessageCodec::encodePacket(ReqRespPDU& pdu, std::string_view community, std::span<std::uint8_t> out) noexcept {
   if (community.size() > kMaxCommunity) return StatusGeneralError;
   const bool asksForValues = pdu.type_ == PDUGetRequest || pdu.type_ == PDUGetNextRequest;
 
@@ -283,7 +283,7 @@ bool MessageCodec::readBinding(BerReader content, VarBind& slot) {
   return true;
 }
 
-int MessageCodec::decodeResponse(std::span<const std::uint8_t> message, ReqRespPDU& pdu) noexcept try {
+int MessageCodec::decodePacket(std::span<const std::uint8_t> message, ReqRespPDU& pdu) noexcept try {
   auto content = enterMessage(message, kTagGetResponse);
   if (!content) return StatusGeneralError;
 
@@ -310,7 +310,7 @@ int MessageCodec::decodeResponse(std::span<const std::uint8_t> message, ReqRespP
   return StatusGeneralError;
 }
 
-int MessageCodec::decodeTrap(std::span<const std::uint8_t> message, TrapPDU& trap) noexcept try {
+int MessageCodec::decodeTrapPacket(std::span<const std::uint8_t> message, TrapPDU& trap) noexcept try {
   auto content = enterMessage(message, kTagTrap);
   if (!content) return StatusGeneralError;
   TrapPDU decoded;
@@ -348,6 +348,11 @@ int MessageCodec::decodeTrap(std::span<const std::uint8_t> message, TrapPDU& tra
   return StatusSuccess;
 } catch (const std::bad_alloc&) {
   return StatusGeneralError;
+}
+
+int MessageCodec::decodeTrapPacket(const _MESSAGE* message, TrapPDU& trap) noexcept {
+  if (message == nullptr || message->length > sizeof(message->data)) return StatusGeneralError;
+  return decodeTrapPacket(asBytes({message->data, message->length}), trap);
 }
 
 }  // namespace ztsnmp

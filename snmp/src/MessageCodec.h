@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "BerReader.h"
+#include "TrapMessage.h"
 #include "ztsnmp/ReqRespPDU.h"
 #include "ztsnmp/TrapPDU.h"
 
@@ -25,17 +26,21 @@ class MessageCodec {
   static void setHeader(ReqRespPDU& pdu, EnumPDUType type, int requestId) noexcept;
   static void setError(ReqRespPDU& pdu, int status, int index) noexcept;
 
-  /// encode writes the message to the front of `out` and answers its length, or -1 when it does not fit or the
+  /// encodePacket writes the message to the front of `out` and answers its length, or -1 when it does not fit or the
   /// community is too long. For a get or get-next all values of the PDU become `Null` first. A binding that cannot be
   /// encoded is left out.
-  [[nodiscard]] static int encode(ReqRespPDU& pdu, std::string_view community, std::span<std::uint8_t> out) noexcept;
+  [[nodiscard]] static int encodePacket(ReqRespPDU& pdu, std::string_view community,
+                                        std::span<std::uint8_t> out) noexcept;
 
-  /// decodeResponse reads a GetResponse into the bindings that the PDU holds: 0, or -1 when it is malformed, does not
+  /// decodePacket reads a GetResponse into the bindings that the PDU holds: 0, or -1 when it is malformed, does not
   /// fit the PDU or reports an error. What was read until then stays in the PDU, error-status and error-index too.
-  [[nodiscard]] static int decodeResponse(std::span<const std::uint8_t> message, ReqRespPDU& pdu) noexcept;
+  [[nodiscard]] static int decodePacket(std::span<const std::uint8_t> message, ReqRespPDU& pdu) noexcept;
 
-  /// decodeTrap reads a trap: 0, or -1 with the PDU unchanged.
-  [[nodiscard]] static int decodeTrap(std::span<const std::uint8_t> message, TrapPDU& trap) noexcept;
+  /// decodeTrapPacket reads a trap: 0, or -1 with the PDU unchanged.
+  [[nodiscard]] static int decodeTrapPacket(std::span<const std::uint8_t> message, TrapPDU& trap) noexcept;
+
+  /// decodeTrapPacket reads what the trap service delivers; null is refused as well.
+  [[nodiscard]] static int decodeTrapPacket(const _MESSAGE* message, TrapPDU& trap) noexcept;
 
  private:
   /// readBinding reads the content of one binding; on failure the slot keeps name and value.

@@ -30,7 +30,8 @@ int SNMPManager::operateUnicast(ReqRespPDU& pdu, Target& target, EnumPDUType typ
 
   MessageCodec::setHeader(pdu, type, requestId_);
   std::array<std::uint8_t, MessageCodec::kMaxMessage> buffer;
-  const int length = encodePacket(pdu, target, buffer);
+  const char* const community = type == PDUSetRequest ? target.getWriteCommunity() : target.getReadCommunity();
+  const int length = MessageCodec::encodePacket(pdu, community, buffer);
   // The code of a failed get, for a get-next and a set too: programs look for this one.
   if (length < 0) return StatusOperationFailed;
 
@@ -44,9 +45,4 @@ int SNMPManager::operateUnicast(ReqRespPDU& pdu, Target& target, EnumPDUType typ
   return StatusOperationFailed;
 } catch (const std::bad_alloc&) {
   return StatusGeneralError;
-}
-
-int SNMPManager::encodePacket(ReqRespPDU& pdu, const Target& target, std::span<std::uint8_t> out) noexcept {
-  const bool writes = pdu.getPDUType() == PDUSetRequest;
-  return MessageCodec::encode(pdu, writes ? target.getWriteCommunity() : target.getReadCommunity(), out);
 }

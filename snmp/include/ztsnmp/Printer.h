@@ -4,6 +4,10 @@
 #include "OctetString.h"
 #include "Target.h"
 
+namespace ztsnmp {
+class PrinterRecord;
+}
+
 /// Printer is a printer that discovery found: a target to send requests to, and what is known about it.
 class ZTSNMP_API Printer : public Target {
  public:
@@ -17,7 +21,7 @@ class ZTSNMP_API Printer : public Target {
   [[nodiscard]] const Integer& getStatus() const noexcept { return status_; }
 
  private:
-  friend class SNMPManager;
+  friend class ztsnmp::PrinterRecord;
   OctetString name_;
   OctetString description_;
   Integer status_{-1};

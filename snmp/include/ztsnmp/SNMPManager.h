@@ -1,7 +1,5 @@
 #pragma once
 
-#include <cstdint>
-#include <span>
 #include <string>
 
 #include "IPAddress.h"
@@ -11,7 +9,6 @@
 #include "TrapPDU.h"
 
 struct BCastOptions;
-struct _MESSAGE;  // NOLINT(bugprone-reserved-identifier): the name that programs know
 
 /// EnumDetectionStatType tells the status callback of a broadcast how far it is.
 enum EnumDetectionStatType : int {
@@ -72,24 +69,25 @@ class ZTSNMP_API SNMPManager {
   [[nodiscard]] static const char* errorToString(int status) noexcept;
 
   /// broadcast sends the request to all hosts of the local networks (IPv4 broadcast and IPv6 all-nodes multicast) and
-  /// hands each answer to `onAnswer`: a copy of the PDU with the answer in it and the sender's address, both valid
-  /// during the call only. `community` null means "public"; `onStatus` may be null. It returns when no answer has come
-  /// for `seconds` (1 to 60, default 3), or 10 times that after the request.
-  /// 0 when the request went out, also without answers; -56 when `onAnswer` is missing; the status of an invalid
-  /// binding or community; -10 for a type that is not get or get-next; -57 when nothing could be sent.
+  /// hands each good answer to `onAnswer`: a PDU with the answer in its bindings, and the sender's address, both valid
+  /// during the call only. Callbacks must not throw. `community` null means "public"; `onStatus` may be null. It
+  /// returns when no answer has come for `seconds` (1 to 60, default 3), or 10 times that after the request. 0 when the
+  /// request went out, also without answers; -56 when `onAnswer` is missing; the status of an invalid binding, of the
+  /// community (-51) or of the seconds (-19); -10 for a type that is not get or get-next; -57 when nothing could be
+  /// sent.
   int broadcast(ReqRespPDU& pdu, const char* community, AnswerCallback onAnswer, StatusCallback onStatus) noexcept;
   int broadcast(ReqRespPDU& pdu, const char* community, AnswerCallback onAnswer, StatusCallback onStatus,
                 int seconds) noexcept;
   int broadcast(ReqRespPDU& pdu, const char* community, AnswerCallback onAnswer, StatusCallback onStatus,
                 EnumPDUType type, int seconds) noexcept;
 
-  /// detectHPPrinters finds the printers of the local networks whose device identifier lies under
-  /// 1.3.6.1.4.1.11.2.3.9.1. `list` has room for `*count` addresses; `*count` becomes the number found, each once.
+  /// detectHPPrinters finds the printers of the local networks whose device identifier is 1.3.6.1.4.1.11.2.3.9.1 or
+  /// lies below it. `list` has room for `*count` addresses; `*count` becomes the number found, each address once.
   /// 0, -1 for a null argument or a negative count, else as `broadcast`.
   int detectHPPrinters(IPAddress* list, int* count) noexcept;
 
-  /// _register asks the trap service to hand traps to `onTrap`. -85 for a null argument or an empty name; -86, since
-  /// no such service exists for this version.
+  /// _register asks the trap service to hand traps to `onTrap`. -85 for a null argument or an empty name. This version
+  /// speaks with no service: -86 when none runs, -96 when one does.
   int _register(const char* appName, TrapCallback onTrap) noexcept;
 
   /// unregister ends a registration: -87, since there is none.
@@ -104,11 +102,7 @@ class ZTSNMP_API SNMPManager {
  private:
   int operateUnicast(ReqRespPDU& pdu, Target& target, EnumPDUType type) noexcept;
   int operateBroadcast(ReqRespPDU& pdu, BCastOptions* options, EnumPDUType type) noexcept;
-  [[nodiscard]] int encodePacket(ReqRespPDU& pdu, const Target& target, std::span<std::uint8_t> out) noexcept;
-  [[nodiscard]] int decodeTrapPacket(const _MESSAGE* message, TrapPDU& trap) noexcept;
-  [[nodiscard]] int decodeSAPPacket(const char* in, int length, Printer& printer) noexcept;
-  [[nodiscard]] int makePrinterObject(ReqRespPDU& pdu, Printer& printer) noexcept;
-  [[nodiscard]] int isTrapServerRunning() noexcept;
+  [[nodiscard]] static int isTrapServerRunning() noexcept;
 
   std::string appName_;
   TrapCallback onTrap_ = nullptr;

@@ -44,4 +44,5 @@ enum SNMPStatus : int {
   StatusRegistrationInvalidParameters = -85,
   StatusRegistrationError = -86,
   StatusUnregistrationError = -87,
+  StatusRegistrationTimeout = -96,
 };

@@ -1,0 +1,173 @@
+#include "Discovery.h"
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <new>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "BCastOptions.h"
+#include "CommIterator.h"
+#include "MessageCodec.h"
+
+using ztsnmp::MessageCodec;
+
+namespace ztsnmp {
+
+namespace {
+
+constexpr int kDefaultSeconds = 3;
+
+/// However many hosts answer, or go on answering: at most so many times the seconds are spent.
+constexpr int kMaxWaits = 10;
+
+/// RFC 2790: hrDeviceType and hrDeviceID of the first device, and the type that says "printer".
+constexpr const char* kDeviceType = "1.3.6.1.2.1.25.3.2.1.2.1";
+constexpr const char* kDeviceID = "1.3.6.1.2.1.25.3.2.1.4.1";
+constexpr std::string_view kTypePrinter = "1.3.6.1.2.1.25.3.1.5";
+constexpr std::string_view kHPPrinters = "1.3.6.1.4.1.11.2.3.9.1";
+
+void deliver(const ReqRespPDU& question, std::span<const std::uint8_t> message, const std::string& sender,
+             const AnswerHandler& onAnswer, const StatusHandler& onStatus) {
+  ReqRespPDU answer(question);
+  if (MessageCodec::decodePacket(message, answer) != StatusSuccess) return;
+  IPAddress ipv4(sender.c_str());
+  IPv6Address ipv6(sender.c_str());
+  if (ipv4.isValid() == StatusSuccess) {
+    onAnswer(answer, &ipv4);
+  } else {
+    onAnswer(answer, &ipv6);
+  }
+  onStatus(DetectionAnswered);
+}
+
+/// Hands over the answers that come in; how many datagrams there were.
+int collectAnswers(CommInterface& transport, const ReqRespPDU& question, std::chrono::seconds limit,
+                   const AnswerHandler& onAnswer, const StatusHandler& onStatus) {
+  using Clock = std::chrono::steady_clock;
+  const auto end = Clock::now() + limit;
+  std::array<std::uint8_t, MessageCodec::kMaxMessage> buffer;
+  int datagrams = 0;
+  while (Clock::now() < end) {
+    std::size_t received = 0;
+    std::string sender;
+    const int status = transport.receive(buffer, received, &sender);
+    // A single datagram that cannot be read is no reason to leave the others.
+    if (status == StatusReceiveError) continue;
+    if (status != StatusSuccess) break;
+    ++datagrams;
+    deliver(question, std::span(buffer).first(received), sender, onAnswer, onStatus);
+  }
+  return datagrams;
+}
+
+bool isAtOrBelow(std::string_view oid, std::string_view root) {
+  return oid.starts_with(root) && (oid.size() == root.size() || oid[root.size()] == '.');
+}
+
+bool isHPPrinter(const ReqRespPDU& answer) {
+  const SNMPDataType& type = answer.getVarBind(0).getValue();
+  const SNMPDataType& device = answer.getVarBind(1).getValue();
+  return type.getDataType() == DataTypeOID && type.toString() == kTypePrinter && device.getDataType() == DataTypeOID &&
+         isAtOrBelow(device.toString(), kHPPrinters);
+}
+
+}  // namespace
+
+int askEveryone(ReqRespPDU& pdu, EnumPDUType type, const char* community, int seconds, const AnswerHandler& onAnswer,
+                const StatusHandler& onStatus) {
+  if (type != PDUGetRequest && type != PDUGetNextRequest) return StatusInvalidPDUType;
+  if (const int status = pdu.isValid(); status != StatusSuccess) return status;
+  Target rules;  // Knows what a community and a timeout may be.
+  if (community != nullptr) {
+    if (const int status = rules.setReadCommunity(community); status != StatusSuccess) return status;
+  }
+  if (const int status = rules.setTimeout(seconds); status != StatusSuccess) return status;
+
+  MessageCodec::setHeader(pdu, type, 0);
+  std::array<std::uint8_t, MessageCodec::kMaxMessage> buffer;
+  const int length = MessageCodec::encodePacket(pdu, rules.getReadCommunity(), buffer);
+  if (length < 0) return StatusBroadcastError;
+
+  bool reached = false;
+  CommIterator transports;
+  while (CommInterface* const transport = transports.next()) {
+    if (transport->initialize() != StatusSuccess) continue;
+    transport->setRetryCount(0);
+    transport->setTimeout(seconds);
+    const int status = transport->broadcast(std::span(buffer).first(static_cast<std::size_t>(length)));
+    // Where some networks could not be reached, the others are listened to all the same.
+    if (status != StatusSuccess && status != StatusBroadcastSendError) continue;
+    onStatus(DetectionStarted);
+    const int datagrams =
+        collectAnswers(*transport, pdu, std::chrono::seconds(seconds) * kMaxWaits, onAnswer, onStatus);
+    reached = reached || status == StatusSuccess || datagrams > 0;
+  }
+  onStatus(reached ? DetectionFinished : DetectionFailed);
+  return reached ? StatusSuccess : StatusBroadcastError;
+}
+
+}  // namespace ztsnmp
+
+int SNMPManager::operateBroadcast(ReqRespPDU& pdu, BCastOptions* options, EnumPDUType type) noexcept try {
+  if (options == nullptr || options->onAnswer == nullptr) return StatusBroadcastInvalidParameters;
+  const auto onStatus = [options](EnumDetectionStatType status) {
+    if (options->onStatus != nullptr) options->onStatus(status);
+  };
+  return ztsnmp::askEveryone(pdu, type, options->community, options->seconds, options->onAnswer, onStatus);
+} catch (const std::bad_alloc&) {
+  return StatusGeneralError;
+}
+
+int SNMPManager::broadcast(ReqRespPDU& pdu, const char* community, AnswerCallback onAnswer,
+                           StatusCallback onStatus) noexcept {
+  return broadcast(pdu, community, onAnswer, onStatus, ztsnmp::kDefaultSeconds);
+}
+
+int SNMPManager::broadcast(ReqRespPDU& pdu, const char* community, AnswerCallback onAnswer, StatusCallback onStatus,
+                           int seconds) noexcept {
+  return broadcast(pdu, community, onAnswer, onStatus, PDUGetRequest, seconds);
+}
+
+int SNMPManager::broadcast(ReqRespPDU& pdu, const char* community, AnswerCallback onAnswer, StatusCallback onStatus,
+                           EnumPDUType type, int seconds) noexcept {
+  BCastOptions options{community, seconds, onAnswer, onStatus};
+  return operateBroadcast(pdu, &options, type);
+}
+
+int SNMPManager::detectHPPrinters(IPAddress* list, int* count) noexcept try {
+  if (list == nullptr || count == nullptr || *count < 0) return StatusGeneralError;
+  ReqRespPDU pdu;
+  for (const char* name : {ztsnmp::kDeviceType, ztsnmp::kDeviceID}) {
+    if (const int status = pdu.addVarBind(VarBind(OID(name))); status != StatusSuccess) return status;
+  }
+  const std::span room(list, static_cast<std::size_t>(*count));
+  std::size_t found = 0;
+  const auto collect = [&](const ReqRespPDU& answer, const NetworkAddress* sender) {
+    if (found == room.size() || sender->getAddressType() != AddressTypeIP || !ztsnmp::isHPPrinter(answer)) return;
+    const auto same = [sender](const IPAddress& known) {
+      return std::string_view(known.getValue()) == sender->getValue();
+    };
+    if (std::any_of(room.begin(), room.begin() + static_cast<std::ptrdiff_t>(found), same)) return;
+    if (room[found].setValue(sender->getValue()) == StatusSuccess) ++found;
+  };
+  const int status =
+      ztsnmp::askEveryone(pdu, PDUGetRequest, nullptr, ztsnmp::kDefaultSeconds, collect, [](EnumDetectionStatType) {});
+  if (status == StatusSuccess) *count = static_cast<int>(found);
+  return status;
+} catch (const std::bad_alloc&) {
+  return StatusGeneralError;
+}
+
+unsigned long SNMPManager::getAvailableProtocols() noexcept try {
+  unsigned long protocols = ProtocolNone;
+  ztsnmp::CommIterator transports;
+  while (ztsnmp::CommInterface* const transport = transports.next()) {
+    if (transport->getProtocol() == ztsnmp::kProtocolUDP && transport->statusCheck() == 1) protocols |= ProtocolIP;
+  }
+  return protocols;
+} catch (const std::bad_alloc&) {
+  return ProtocolNone;
+}

@@ -1,0 +1,84 @@
+#include "PrinterRecord.h"
+
+#include <algorithm>
+#include <cstring>
+#include <new>
+#include <string_view>
+
+#include "BerReader.h"
+#include "HexText.h"
+
+namespace ztsnmp {
+
+namespace {
+
+constexpr std::uint8_t kGeneralResponse = 2;
+constexpr std::uint8_t kNearestResponse = 4;
+
+/// Print server, network print device.
+constexpr unsigned kPrinterServices[] = {0x0007, 0x030C};
+
+constexpr std::size_t kNameLength = 48;
+constexpr std::size_t kAddressLength = 10;  // network 4, node 6
+constexpr std::size_t kTrailerLength = 4;   // socket 2, hops 2
+
+constexpr std::string_view kSysName = "1.3.6.1.2.1.1.5.0";
+constexpr std::string_view kDeviceDescription = "1.3.6.1.2.1.25.3.2.1.3.1";
+constexpr std::string_view kPrinterStatus = "1.3.6.1.2.1.25.3.5.1.1.1";
+
+unsigned toNumber(std::span<const std::uint8_t> twoBytes) { return twoBytes[0] * 256U + twoBytes[1]; }
+
+}  // namespace
+
+int PrinterRecord::decodeSAPPacket(std::span<const std::uint8_t> packet, Printer& printer) noexcept try {
+  // The advertisement is no BER, but its bytes are taken with the same care.
+  BerReader reader(packet);
+  const auto operation = reader.take(2);
+  if (!operation) return StatusGeneralError;
+  if (const unsigned number = toNumber(*operation); number != kGeneralResponse && number != kNearestResponse) {
+    return StatusGeneralError;
+  }
+  for (;;) {
+    const auto service = reader.take(2);
+    const auto name = reader.take(kNameLength);
+    const auto address = reader.take(kAddressLength);
+    if (!service || !name || !address || !reader.take(kTrailerLength)) return StatusGeneralError;
+    if (std::ranges::find(kPrinterServices, toNumber(*service)) == std::end(kPrinterServices)) continue;
+
+    const auto end = std::find(name->begin(), name->end(), std::uint8_t{0});
+    Printer decoded(printer);
+    const auto nameLength = static_cast<std::uint64_t>(end - name->begin());
+    if (decoded.name_.setValue(name->data(), nameLength) != StatusSuccess ||
+        decoded.setIPXAddress(IPXAddress(HtoA(*address).c_str())) != StatusSuccess) {
+      return StatusGeneralError;
+    }
+    printer = decoded;
+    return StatusSuccess;
+  }
+} catch (const std::bad_alloc&) {
+  return StatusGeneralError;
+}
+
+int PrinterRecord::makePrinterObject(const ReqRespPDU& answer, Printer& printer) noexcept try {
+  bool filled = false;
+  for (int i = 0; i < answer.getVarBindCount(); ++i) {
+    const VarBind& binding = answer.getVarBind(static_cast<unsigned>(i));
+    const std::string_view name = binding.getOID().getValue();
+    const SNMPDataType& value = binding.getValue();
+    if (name == kSysName && value.getDataType() == DataTypeOctetString) {
+      printer.name_ = static_cast<const OctetString&>(value);
+    } else if (name == kDeviceDescription && value.getDataType() == DataTypeOctetString) {
+      printer.description_ = static_cast<const OctetString&>(value);
+    } else if (name == kPrinterStatus && value.getDataType() == DataTypeInteger) {
+      printer.status_ = static_cast<const Integer&>(value);
+    } else {
+      continue;
+    }
+    filled = true;
+  }
+  return filled ? StatusSuccess : StatusGeneralError;
+} catch (const std::bad_alloc&) {
+  return StatusGeneralError;
+}
+
+}  // namespace ztsnmp

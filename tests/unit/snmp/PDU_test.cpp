@@ -1,0 +1,116 @@
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "ztsnmp/ztsnmp.h"
+
+namespace {
+
+VarBind binding(const char* name, const SNMPDataType& value) {
+  VarBind result{OID(name)};
+  EXPECT_EQ(result.setValue(value), 0);
+  return result;
+}
+
+std::string names(const ReqRespPDU& pdu) {
+  std::string text;
+  for (int i = 0; i < pdu.getVarBindCount(); ++i) {
+    text += std::string(pdu.getVarBind(static_cast<unsigned>(i)).getOID().getValue()) + ' ';
+  }
+  return text;
+}
+
+TEST(VarBind, CopiesValuesByTheirClass) {
+  VarBind original = binding("1.3", OctetString("abc", 3));
+  VarBind copy(original);
+  static_cast<OctetString&>(original.getValue()).setValue("x", 1);
+  EXPECT_STREQ(copy.getValue().toString(), "abc");
+  copy = copy;
+  EXPECT_STREQ(copy.getValue().toString(), "abc");
+
+  const IPv6Address v6("fe80::1");
+  original.setValue(v6);  // the class behind the shared tag
+  EXPECT_STREQ(VarBind(original).getValue().toString(), "fe80::1");
+
+  for (const SNMPDataType* value : std::initializer_list<const SNMPDataType*>{
+           new Integer(-5), new Counter(5), new Gauge(6), new TimeTicks(7), new OID("1.2"), new IPAddress("1.2.3.4")}) {
+    const VarBind deep(binding("1.3", *value));
+    EXPECT_EQ(deep.getValue().getDataType(), value->getDataType());
+    EXPECT_STREQ(deep.getValue().toString(), value->toString());
+    delete value;
+  }
+}
+
+TEST(VarBind, RefusesWhatIsNoValue) {
+  VarBind target = binding("1.3", Integer(1));
+  EXPECT_EQ(target.setValue(PhysAddress("000000000001")), -16);
+  EXPECT_EQ(target.setValue(IPXAddress()), -16);
+  EXPECT_STREQ(target.getValue().toString(), "1");
+}
+
+TEST(VarBind, WithoutValueAnswersNull) {
+  const VarBind empty;
+  EXPECT_FALSE(empty.hasValue());
+  EXPECT_EQ(empty.getValue().getDataType(), DataTypeNull);
+  EXPECT_EQ(empty.isValid(), 0);
+  EXPECT_EQ(binding("1.3", IPAddress()).isValid(), -3);
+  EXPECT_EQ(binding("1.3", OctetString()).isValid(), 0);
+}
+
+TEST(ReqRespPDU, ChecksItsBindings) {
+  EXPECT_EQ(ReqRespPDU().isValid(), -8);
+  ReqRespPDU pdu;
+  const VarBind good{OID("1.3")};
+  ASSERT_EQ(pdu.addVarBind(good), 0);
+  const VarBind emptyText = binding("1.3", OctetString());  // valid by itself, not in a request
+  const VarBind badAddress = binding("1.3", IPAddress());
+  for (const VarBind& bad : {emptyText, badAddress}) {
+    EXPECT_EQ(pdu.addVarBind(bad), -9);
+    EXPECT_EQ(pdu.setVarBind(0, bad), -9);
+    EXPECT_EQ(pdu.setVarBindList(&bad, 1), -9);
+  }
+  EXPECT_EQ(pdu.setVarBind(1, good), -9);
+  EXPECT_EQ(pdu.setVarBindList(nullptr, 1), -9);
+  EXPECT_EQ(pdu.setVarBindList(&good, 0), -9);
+  EXPECT_EQ(pdu.getVarBindCount(), 1);
+  EXPECT_EQ(pdu.isValid(), 0);
+
+  pdu.getVarBind(0).setValue(OctetString());
+  EXPECT_EQ(pdu.isValid(), -58);
+  EXPECT_EQ(ReqRespPDU(&emptyText, 1).getVarBindCount(), 0);
+}
+
+TEST(ReqRespPDU, KeepsItsListInOrder) {
+  ReqRespPDU pdu;
+  for (const char* name : {"1.1", "1.2", "1.3"}) EXPECT_EQ(pdu.addVarBind(VarBind{OID(name)}), 0);
+  EXPECT_EQ(pdu.addVarBind(pdu.getVarBind(0)), 0);  // one of its own
+  EXPECT_EQ(names(pdu), "1.1 1.2 1.3 1.1 ");
+
+  ReqRespPDU copy(pdu);
+  EXPECT_EQ(copy.deleteVarBind(1), 0);
+  EXPECT_EQ(names(copy), "1.1 1.3 1.1 ");
+  EXPECT_EQ(copy.deleteVarBind(3), -9);
+  EXPECT_EQ(copy.setVarBindList(pdu.getVarBindList() + 1, 2), 0);
+  EXPECT_EQ(copy.setVarBindList(copy.getVarBindList(), 2), 0);
+  EXPECT_EQ(names(copy), "1.2 1.3 ");
+  EXPECT_EQ(names(pdu), "1.1 1.2 1.3 1.1 ");
+  copy = pdu;
+  while (copy.getVarBindCount() > 0) EXPECT_EQ(copy.deleteVarBind(0), 0);
+  EXPECT_EQ(copy.isValid(), -8);
+  EXPECT_EQ(copy.addVarBind(pdu.getVarBind(1)), 0);
+}
+
+TEST(TrapPDU, IsNotValidBeforeItIsDecoded) { EXPECT_EQ(TrapPDU().isValid(), -1); }
+
+TEST(SNMPManager, HasNoTrapService) {
+  SNMPManager manager;
+  ReqRespPDU pdu;
+  EXPECT_EQ(manager._register(nullptr, [](TrapPDU&) {}), -85);
+  EXPECT_EQ(manager._register("", [](TrapPDU&) {}), -85);
+  EXPECT_EQ(manager._register("program", nullptr), -85);
+  EXPECT_EQ(manager._register("program", [](TrapPDU&) {}), -86);
+  EXPECT_EQ(manager.unregister(), -87);
+  EXPECT_EQ(manager.keepAlive(pdu, "program", 1), -1);
+}
+
+}  // namespace

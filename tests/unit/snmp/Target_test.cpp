@@ -1,0 +1,152 @@
+#include "ztsnmp/Target.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "ztsnmp/Printer.h"
+#include "ztsnmp/SNMPManager.h"
+
+namespace {
+
+std::string walk(Target& target) {
+  std::string visited;
+  for (const NetworkAddress* address = target.getFirstAddress(); address != nullptr;
+       address = target.getNextAddress()) {
+    visited += std::string(address->getValue()) + ' ';
+  }
+  return visited;
+}
+
+TEST(Target, RefusesValuesOutOfRange) {
+  Target target;
+  for (int count : {-1, 6}) EXPECT_EQ(target.setRetryCount(count), -18);
+  for (int count : {0, 5}) EXPECT_EQ(target.setRetryCount(count), 0);
+  EXPECT_EQ(target.getRetryCount(), 5);
+  for (int seconds : {0, 61}) EXPECT_EQ(target.setTimeout(seconds), -19);
+  for (int seconds : {1, 60}) EXPECT_EQ(target.setTimeout(seconds), 0);
+  EXPECT_EQ(target.getTimeout(), 60);
+
+  const std::string longest(25, 'c');
+  for (const char* bad : {static_cast<const char*>(nullptr), "", "cccccccccccccccccccccccccc"}) {
+    EXPECT_EQ(target.setReadCommunity(bad), -51);
+    EXPECT_EQ(target.setWriteCommunity(bad), -51);
+  }
+  EXPECT_STREQ(target.getReadCommunity(), "public");
+  EXPECT_STREQ(target.getWriteCommunity(), "public");
+  EXPECT_EQ(target.setReadCommunity(longest.c_str()), 0);
+  EXPECT_EQ(target.getReadCommunity(), longest);
+  EXPECT_EQ(target.setIPAddress(IPAddress()), -3);
+  EXPECT_EQ(target.setIPXAddress(IPXAddress()), -5);
+  EXPECT_EQ(target.setPhysAddress(PhysAddress()), -11);
+  EXPECT_EQ(target.setIPv6Address(IPv6Address()), -3);
+}
+
+TEST(Target, NeedsOneAddressOfAnyKind) {
+  EXPECT_EQ(Target().isValid(), -23);
+  EXPECT_EQ(Target(IPAddress("10.0.0.1")).isValid(), 0);
+  EXPECT_EQ(Target(IPXAddress("00000001", "000000000002")).isValid(), 0);
+  EXPECT_EQ(Target(PhysAddress("000000000002")).isValid(), 0);
+  EXPECT_EQ(Target(IPv6Address("::1")).isValid(), 0);
+  EXPECT_EQ(Target(IPAddress("10.0.0.256")).isValid(), -23);
+  const Target named(IPAddress("10.0.0.1"), "reading", "writing");
+  EXPECT_STREQ(named.getReadCommunity(), "reading");
+  EXPECT_STREQ(named.getWriteCommunity(), "writing");
+}
+
+TEST(Target, HoldsTenIPv6Addresses) {
+  Target target;
+  for (int i = 0; i < 10; ++i) EXPECT_EQ(target.setIPv6Address(IPv6Address("fe80::1")), 0);
+  EXPECT_EQ(target.setIPv6Address(IPv6Address("fe80::1")), -1);
+  EXPECT_EQ(target.getIPv6AddressCount(), 10);
+  EXPECT_STREQ(target.getIPv6Address(9).getValue(), "fe80::1");
+  for (int index : {-1, 10}) EXPECT_EQ(target.getIPv6Address(index).isValid(), -3);
+}
+
+TEST(Target, WalksInTheOrderWanted) {
+  const struct {
+    int order;
+    bool ipv4;
+    int ipv6;
+    const char* visited;
+  } rows[] = {
+      {1, true, 2, "10.0.0.1 "},
+      {1, false, 2, ""},
+      {2, true, 2, "fe80::0 fe80::1 "},
+      {2, true, 0, ""},
+      {4, true, 0, "10.0.0.1 "},
+      {4, true, 2, "10.0.0.1 fe80::0 fe80::1 "},
+      {4, false, 2, "fe80::0 fe80::0 "},  // the last one is never reached, on purpose
+      {4, false, 3, "fe80::0 fe80::0 fe80::1 "},
+      {4, false, 1, "fe80::0 "},
+      {4, false, 0, ""},
+      {8, true, 2, "fe80::0 fe80::1 10.0.0.1 "},
+      {8, true, 0, "10.0.0.1 "},
+      {8, false, 2, "fe80::0 fe80::1 "},
+      {3, true, 2, ""},  // no such order
+  };
+  for (const auto& row : rows) {
+    Target target;
+    EXPECT_EQ(target.getNextAddress(), nullptr);
+    if (row.ipv4) target.setIPAddress(IPAddress("10.0.0.1"));
+    for (int i = 0; i < row.ipv6; ++i) {
+      target.setIPv6Address(IPv6Address(("fe80::" + std::to_string(i)).c_str()));
+    }
+    target.setIPAddressOrder(row.order);
+    EXPECT_EQ(walk(target), row.visited) << row.order << ' ' << row.ipv4 << ' ' << row.ipv6;
+    EXPECT_EQ(target.getNextAddress(), nullptr);
+    EXPECT_EQ(walk(target), row.visited) << "again";
+  }
+  Target standard(IPAddress("10.0.0.1"));
+  standard.setIPv6Address(IPv6Address("::1"));
+  EXPECT_EQ(walk(standard), "10.0.0.1 ::1 ");
+}
+
+TEST(Target, ResolvesNumericTextsByItself) {
+  Target target;
+  EXPECT_EQ(target.setAgentAddress(nullptr), -52);
+  EXPECT_EQ(target.ResolveAddress(), -52);
+  EXPECT_EQ(target.setAgentAddress("10.0.0.9"), 0);
+  EXPECT_FALSE(target.isAddressResolved());
+  EXPECT_EQ(target.isValid(), -23);
+  EXPECT_EQ(target.ResolveAddress(), 0);
+  EXPECT_TRUE(target.isAddressResolved());
+  EXPECT_STREQ(target.getIPAddress().getValue(), "10.0.0.9");
+
+  EXPECT_EQ(target.setAgentAddress("fe80::5%3"), 0);
+  EXPECT_FALSE(target.isAddressResolved());
+  EXPECT_EQ(target.ResolveAddress(), 0);
+  EXPECT_STREQ(target.getIPv6Address(0).getValue(), "fe80::5%3");
+  EXPECT_STREQ(target.getIPAddress().getValue(), "10.0.0.9");  // stays
+
+  EXPECT_EQ(target.setAgentAddress(""), 0);
+  EXPECT_EQ(target.ResolveAddress(), -32);
+  EXPECT_EQ(target.setAgentAddress("no such host!"), 0);
+  EXPECT_LT(target.ResolveAddress(), 0);
+  EXPECT_FALSE(target.isAddressResolved());
+}
+
+TEST(Target, ResolvesNames) {
+  ASSERT_EQ(SNMPStartup(), 0);
+  Target target;
+  target.setAgentAddress("localhost");
+  EXPECT_EQ(target.ResolveAddress(), 0);
+  EXPECT_TRUE(target.getIPAddress().isValid() == 0 || target.getIPv6AddressCount() > 0);
+  SNMPCleanup();
+}
+
+TEST(Target, ChecksAddressTexts) {
+  EXPECT_EQ(Target::isValidIPv4Address("1.2.3.4"), 1);
+  EXPECT_EQ(Target::isValidIPv4Address("::1"), 0);
+  EXPECT_EQ(Target::isValidIPv6Address("::1"), 1);
+  EXPECT_EQ(Target::isValidIPv6Address(nullptr), 0);
+}
+
+TEST(Printer, StartsUnknown) {
+  const Printer printer(IPAddress("10.0.0.1"));
+  EXPECT_EQ(printer.getStatus().getValue(), -1);
+  EXPECT_STREQ(printer.getName().toString(), "");
+  EXPECT_STREQ(Printer(printer).getIPAddress().getValue(), "10.0.0.1");
+}
+
+}  // namespace
