@@ -1,0 +1,36 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "SpoolerBlock.h"
+
+namespace zt {
+
+// XcvPort is the monitor side of one port. The monitor's word is taken only when both the call and the status that it
+// stores report success.
+class XcvPort {
+ public:
+  // With ServerEnumerate the port is opened with that desired access and no data type, with Default without defaults.
+  enum class Access { Default, ServerEnumerate };
+
+  // `serverName` is empty for a port of this computer.
+  XcvPort(std::wstring_view portName, std::wstring_view serverName, Access access);
+
+  // IsOpen tells whether the port was found; requests to one that was not fail.
+  bool IsOpen() const { return static_cast<bool>(port_); }
+
+  // Request sends a command with its input and receives the reply into `output`, whose content counts only on success.
+  [[nodiscard]] bool Request(const wchar_t* command, std::span<const std::byte> input, std::span<std::byte> output);
+
+  // RequestText asks for a text of any length up to 64 K characters.
+  [[nodiscard]] std::optional<std::wstring> RequestText(const wchar_t* command);
+
+ private:
+  PrinterHandle port_;
+};
+
+}  // namespace zt
