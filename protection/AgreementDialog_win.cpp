@@ -1,0 +1,60 @@
+#include <windows.h>
+
+#include "AgreementDialog.h"
+#include "Handle.h"
+#include "ProtectionAgreementUI.h"
+#include "Trace.h"
+
+namespace zt {
+namespace {
+
+constexpr wchar_t libraryName[] = L"UA.dll";
+constexpr char entryName[] = "ShowProtectionAgreementUI";
+
+// Path of the library in the program's own folder; empty when that cannot be told, which then fails to load.
+std::wstring LibraryPath() {
+  std::wstring path(32768, L'\0');  // the longest path that the system knows
+  const DWORD length = GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
+  if (length == 0 || length == path.size()) return {};
+  path.resize(path.find_last_of(L'\\', length - 1) + 1);
+  return path + libraryName;
+}
+
+LibraryHandle LoadAgreementLibrary() {
+  const std::wstring path = LibraryPath();
+  // Neither the library nor what it needs may come from the current folder or the search path, where anybody can put
+  // one.
+  LibraryHandle library(
+      LoadLibraryExW(path.c_str(), nullptr, LOAD_LIBRARY_SEARCH_DLL_LOAD_DIR | LOAD_LIBRARY_SEARCH_SYSTEM32));
+  const DWORD error = GetLastError();
+  if (!library) ZT_TRACE(Warning, "[UA] no agreement dialog: UA.dll cannot be loaded, error " << error);
+  return library;
+}
+
+}  // namespace
+
+Agreement ShowAgreementDialog(const std::wstring& queue, const std::wstring& language, bool countryIs52) {
+  const LibraryHandle library = LoadAgreementLibrary();
+  if (!library) return Agreement::DisagreedUnreported;
+  const FARPROC entry = GetProcAddress(library.Get(), entryName);
+  if (!entry) {
+    ZT_TRACE(Warning, "[UA] no agreement dialog: UA.dll does not export " << entryName);
+    return Agreement::DisagreedUnreported;
+  }
+  // By way of void (*)(): the compiler knows that type as one that fits any function.
+  const auto show = reinterpret_cast<ShowProtectionAgreementUIFunction>(reinterpret_cast<void (*)()>(entry));
+  const int answer = show(queue.c_str(), language.c_str(), countryIs52 ? TRUE : FALSE);
+  switch (answer) {
+    case UA_AGREED:
+      return Agreement::Agreed;
+    case UA_DISAGREED:
+      return Agreement::Disagreed;
+    case UA_DISAGREED_UNREPORTED:
+      return Agreement::DisagreedUnreported;
+    default:
+      ZT_TRACE(Warning, "[UA] the agreement dialog answered " << answer);
+      return Agreement::DisagreedUnreported;
+  }
+}
+
+}  // namespace zt

@@ -1,0 +1,53 @@
+#include "ProtectionRules.h"
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "Text.h"
+
+namespace zt {
+namespace {
+
+constexpr std::uint32_t freshTonerLife = 100;
+
+// Limits and lives are numbers without sign; the settings file keeps them as signed ones.
+std::uint32_t Limit(const ServerPolicy& policy) { return static_cast<std::uint32_t>(policy.tonerMaxLife); }
+
+}  // namespace
+
+bool IsProtectable(SBXState state) { return state == SBXState::On || state == SBXState::Off; }
+
+Question QuestionForProtectedPrinter(SBXState state, std::uint32_t tonerLife, const ServerPolicy& policy,
+                                     std::string_view countryIndex) {
+  if (state != SBXState::On || Limit(policy) >= tonerLife) return Question::None;
+  const bool unknown = countryIndex.find("Unknown") != std::string_view::npos;
+  return unknown || IsCountryListed(policy.nsLanguageCode, countryIndex) ? Question::Decline : Question::Ask;
+}
+
+bool IsCountryListed(std::string_view list, std::string_view countryIndex) {
+  const std::vector<std::string_view> items = SplitAny(list, ",");
+  return std::any_of(items.begin(), items.end(), [&](std::string_view item) { return Trim(item) == countryIndex; });
+}
+
+bool IsServerAskedFirst(bool policyStored, SBXState state) { return !policyStored || state == SBXState::On; }
+
+ServerPolicy MergePolicy(const ServerPolicy& policy, const ServerAnswer& answer) {
+  ServerPolicy merged = policy;
+  merged.transmissionDuration = answer.GetTransmissionDuration().value_or(policy.transmissionDuration);
+  merged.nsLanguageCode = answer.GetNSLanguageCode().value_or(policy.nsLanguageCode);
+  merged.tonerMaxLife = answer.GetTonerMaxLife().value_or(ServerPolicy().tonerMaxLife);
+  return merged;
+}
+
+bool IsTonerFresh(std::uint32_t tonerLife) { return tonerLife < freshTonerLife; }
+
+bool IsReportDue(SBXState state, Agreement agreement) {
+  return state == SBXState::Off || agreement > Agreement::Agreed;
+}
+
+bool IsBelowLimit(std::uint32_t tonerLife, const ServerPolicy& policy) {
+  return Limit(policy) > 0 && tonerLife < Limit(policy);
+}
+
+}  // namespace zt

@@ -1,0 +1,63 @@
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+#include "ServerAnswer.h"
+#include "ServerPolicy.h"
+
+// The decisions of the product-protection run. They look at what they are given and do nothing.
+
+namespace zt {
+
+// SBXState is what the printer announces about the protection of its consumables.
+enum class SBXState : std::uint32_t {
+  None = 0,
+  On = 1,   // "SBXON"
+  Off = 2,  // "SBXOFF"
+  OT = 3,   // "SBXOT"
+};
+
+// Agreement is the outcome of the user's agreement.
+enum class Agreement {
+  NotDue = 0,              // there was no reason to ask
+  Agreed = 1,              // the printer is to protect itself
+  Disagreed = 2,           // not agreed, to be reported
+  DisagreedUnreported = 3  // not agreed, not to be reported; also when the dialog cannot be shown
+};
+
+// IsProtectable tells whether the printer takes part: its protection can be switched.
+bool IsProtectable(SBXState state);
+
+// Question is what is to be done about the agreement of a printer whose protection is on.
+enum class Question {
+  None,     // the toner life is within the limit
+  Decline,  // declined without asking
+  Ask
+};
+
+// QuestionForProtectedPrinter decides by the state, the toner life against the limit of the policy, and the country:
+// where the country is unknown or in the policy's list nobody is asked.
+Question QuestionForProtectedPrinter(SBXState state, std::uint32_t tonerLife, const ServerPolicy& policy,
+                                     std::string_view countryIndex);
+
+// IsCountryListed tells whether the country index is one of the comma-separated items; blanks around them do not count.
+bool IsCountryListed(std::string_view list, std::string_view countryIndex);
+
+// IsServerAskedFirst tells whether the server is asked before the toner life is looked at.
+bool IsServerAskedFirst(bool policyStored, SBXState state);
+
+// MergePolicy answers the policy with the values that the server gave; what it did not give stays, except that the
+// toner limit becomes the default.
+ServerPolicy MergePolicy(const ServerPolicy& policy, const ServerAnswer& answer);
+
+// IsTonerFresh tells whether the toner life is so low that no limit applies.
+bool IsTonerFresh(std::uint32_t tonerLife);
+
+// IsReportDue tells whether data is collected: the protection is off, or the user did not agree.
+bool IsReportDue(SBXState state, Agreement agreement);
+
+// IsBelowLimit tells whether the toner life has not reached the limit of the policy; a limit of 0 is none.
+bool IsBelowLimit(std::uint32_t tonerLife, const ServerPolicy& policy);
+
+}  // namespace zt
