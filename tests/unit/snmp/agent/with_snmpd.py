@@ -1,0 +1,112 @@
+#!/usr/bin/env python3
+"""with_snmpd.py COMMAND [ARG...]: runs COMMAND beside an SNMP agent on UDP port 161, in a network of its own
+(sim/in-namespace), and passes its exit code on.
+
+Everything on the wire is captured and decoded by tshark. COMMAND says on lines that begin with "PACKET " which packets
+it believes to have sent and received; the two must agree, packet by packet.
+"""
+
+import pathlib
+import socket
+import subprocess
+import sys
+import tempfile
+import time
+import xml.etree.ElementTree as ElementTree
+
+HERE = pathlib.Path(__file__).resolve().parent
+KINDS = {"0": "get-request", "1": "get-next-request", "2": "get-response", "3": "set-request"}
+GET_SYS_NAME = bytes.fromhex("302602010004067075626c6963a019020101020100020100300e300c06082b060102010105000500")
+
+
+def wait_for(ready, what):
+    for _ in range(100):
+        if ready():
+            return
+        time.sleep(0.05)
+    sys.exit(f"with_snmpd.py: {what} did not start")
+
+
+def agent_answers():
+    with socket.socket(socket.AF_INET, socket.SOCK_DGRAM) as client:
+        client.settimeout(0.05)
+        client.sendto(GET_SYS_NAME, ("127.0.0.1", 161))
+        try:
+            return client.recv(2048) != b""
+        except OSError:
+            return False
+
+
+def field(parent, name):
+    return next((f.get("show") for f in parent.iter("field") if f.get("name") == name), None)
+
+
+def value_of(binding):
+    """The value of a binding, as the class of its type renders it."""
+    for f in binding.iter("field"):
+        if f.get("name") == "snmp.value.octets":
+            return bytes.fromhex(f.get("value", "")).decode("latin-1")
+        if f.get("name", "").startswith("snmp.value."):
+            return f.get("show")
+    return "no value"
+
+
+def decoded_packets(capture):
+    """One line for each packet, as tshark reads it."""
+    # -n and no MIBs: numbers, not names.
+    pdml = subprocess.run(["tshark", "-n", "-o", "snmp.display_oid:FALSE", "-r", capture, "-Y", "udp.port == 161",
+                           "-T", "pdml"], check=True, capture_output=True).stdout
+    lines = []
+    for packet in ElementTree.fromstring(pdml).iter("packet"):
+        protocols = {p.get("name"): p for p in packet.iter("proto")}
+        if "_ws.malformed" in protocols or "snmp" not in protocols:
+            lines.append("malformed")
+            continue
+        snmp = protocols["snmp"]
+        bindings = [f"{field(b, 'snmp.name')}={value_of(b)}" for b in snmp.iter("field")
+                    if b.find("field[@name='snmp.name']") is not None]
+        lines.append(f"{KINDS.get(field(snmp, 'snmp.data'), 'other')} version {field(snmp, 'snmp.version')} "
+                     f"id {field(snmp, 'snmp.request_id')} community {field(snmp, 'snmp.community')} "
+                     f"error {field(snmp, 'snmp.error_status')} {field(snmp, 'snmp.error_index')} "
+                     + " ".join(bindings))
+    return lines
+
+
+def main():
+    with tempfile.TemporaryDirectory() as folder:
+        log = open(f"{folder}/log", "wb")
+        agent = subprocess.Popen(["snmpd", "-f", "-Lo", "-C", "-c", HERE / "snmpd.conf", "-I", "-smux",
+                                  "-p", f"{folder}/pid"], env={"PATH": "/usr/sbin:/usr/bin:/sbin:/bin", "MIBS": "",
+                                  "SNMP_PERSISTENT_DIR": folder}, stdout=log, stderr=log)
+        capture = f"{folder}/capture.pcap"
+        sniffer = None
+        try:
+            wait_for(agent_answers, "snmpd")
+            sniffer = subprocess.Popen(["dumpcap", "-q", "-P", "-i", "lo", "-f", "udp port 161", "-w", capture],
+                                       stdout=log, stderr=subprocess.PIPE, text=True)
+            for line in sniffer.stderr:  # It says "File:" when it is listening.
+                if line.startswith("File:"):
+                    break
+            time.sleep(0.2)
+            with open(f"{folder}/out", "wb") as out:
+                status = subprocess.run(sys.argv[1:], stdout=out, stdin=subprocess.DEVNULL).returncode
+            time.sleep(0.2)
+        finally:
+            for process in filter(None, (sniffer, agent)):
+                process.terminate()
+                process.wait()
+
+        output = pathlib.Path(f"{folder}/out").read_bytes().decode("latin-1").replace("\r\n", "\n")
+        print(output)
+        told = [line.removeprefix("PACKET ").strip() for line in output.splitlines() if line.startswith("PACKET ")]
+        seen = [line.strip() for line in decoded_packets(capture)]
+        for number in range(max(len(told), len(seen))):
+            pair = [lines[number] if number < len(lines) else "nothing" for lines in (told, seen)]
+            if pair[0] != pair[1]:
+                print(f"packet {number + 1}: the program tells\n  {pair[0]}\nand tshark reads\n  {pair[1]}")
+                status = status or 1
+        print(f"{len(seen)} packets on the wire, {len(told)} told by the program")
+        sys.exit(status)
+
+
+main()
