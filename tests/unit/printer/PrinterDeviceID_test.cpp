@@ -1,0 +1,171 @@
+#include "PrinterDeviceID.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "ModelFamily.h"
+
+namespace zt {
+namespace {
+
+// As in code page 932: 0x81 to 0x9F and 0xE0 to 0xFC open a double-byte character.
+bool IsShiftJISLeadByte(unsigned char byte) { return (byte >= 0x81 && byte <= 0x9F) || (byte >= 0xE0 && byte <= 0xFC); }
+
+PrinterDeviceID Parsed(std::string_view text) {
+  PrinterDeviceID id;
+  ParseDeviceID(text, id, IsShiftJISLeadByte);
+  return id;
+}
+
+// The fields that parsing fills, in the order model, command set, manufacturer, class information, class.
+std::vector<std::string> Fields(const PrinterDeviceID& id) {
+  return {id.model, id.commandSet, id.manufacturer, id.classInfo, id.deviceClass};
+}
+
+struct ParseRow {
+  std::string_view text;
+  std::vector<std::string> fields;
+};
+
+TEST(ParseDeviceID, Table) {
+  const ParseRow rows[] = {
+      {"MFG:Velnora;CMD:PJL,ZOLT;MDL:Velnora RV-2160 Series;CLS:PRINTER;CLI:X;",
+       {"Velnora RV-2160 Series", "PJL,ZOLT", "Velnora", "X", "PRINTER"}},
+      {"MANUFACTURER:M;COMMAND SET:C;MODEL:D;CLASS:S;CLASSINFO:I", {"D", "C", "M", "I", "S"}},
+      {"", {"", "", "", "", ""}},
+      {"MDL:B", {"B", "", "", "", ""}},                       // no ';' at the end
+      {"MDL:B;MFG", {"B", "", "", "", ""}},                   // last segment without ':'
+      {"MFG:A; MDL:B", {"", "", "A", "", ""}},                // the blank belongs to the key
+      {"MANUFACTURER:X;MFG:Y;", {"", "", "Y", "", ""}},       // the last one wins
+      {"MDL:A;MDL:;", {"", "", "", "", ""}},                  // even when it is empty
+      {"MDL:a:b;", {"a:b", "", "", "", ""}},                  // only the first ':' ends the key
+      {"mdl:B;MDLX:B;MD:B;MODELS:B;", {"", "", "", "", ""}},  // keys are exact
+      {"noise;MDL:B;MFG:A", {"", "", "A", "", ""}},           // a segment without ':' swallows the next key
+      {"SN:1;MDL:B", {"B", "", "", "", ""}},                  // unknown keys are skipped
+      {"X:no end", {"", "", "", "", ""}},
+      {";;MDL:B;CMD:P", {"", "P", "", "", ""}},
+      {":;MDL:B", {"B", "", "", "", ""}},
+      {"MDL: B ;CMD:A ", {" B ", "A ", "", "", ""}},  // nothing is trimmed
+      {std::string_view("MDL:B\0X;MFG:A", 13), {"B", "", "", "", ""}},
+      // The second byte of a double-byte character is no delimiter.
+      {"MDL:a\x83\x3B z;CMD:\x81\x3A;", {"a\x83\x3B z", "\x81\x3A", "", "", ""}},
+      {"MFG\x81:MDL:B;CMD:P", {"", "P", "", "", ""}},
+      // A first byte at the end of the text ends the parse: that segment is lost.
+      {"MFG:A;MDL:B\x83", {"", "", "A", "", ""}},
+      {"MFG:A;MDL\x83", {"", "", "A", "", ""}},
+      {"X:\x83", {"", "", "", "", ""}},
+  };
+  for (const ParseRow& row : rows) {
+    EXPECT_EQ(Fields(Parsed(row.text)), row.fields) << row.text;
+    EXPECT_EQ(Parsed(row.text).raw, row.text);
+  }
+}
+
+TEST(ParseDeviceID, FieldsOfAbsentKeysStay) {
+  PrinterDeviceID id = Parsed("MFG:A;MDL:B;");
+  ParseDeviceID("MDL:C;", id, IsShiftJISLeadByte);
+  EXPECT_EQ(Fields(id), (std::vector<std::string>{"C", "", "A", "", ""}));
+}
+
+TEST(ParseDeviceID, EveryPrefixFillsPrefixesOfTheFields) {
+  const std::string text = "MFG:Velnora;CMD:PJL,ZOLT;MDL:\x83\x3B RV-1;CLS:PRINTER;CLI:X;";
+  const std::vector<std::string> whole = Fields(Parsed(text));
+  for (std::size_t length = 0; length < text.size(); ++length) {
+    const std::vector<std::string> fields = Fields(Parsed(std::string(text, 0, length)));
+    for (std::size_t i = 0; i < fields.size(); ++i) {
+      EXPECT_TRUE(whole[i].starts_with(fields[i])) << length << " " << fields[i];
+    }
+  }
+}
+
+TEST(MergeExtendedDeviceID, Table) {
+  struct Row {
+    std::string_view base;
+    std::string_view extended;
+    std::vector<std::string> fields;
+  };
+  const Row rows[] = {
+      {"CMD:P", "CMD:A;CMD:B", {"", "P,A,B", "", "", ""}},
+      {"", "CMD:A;COMMAND SET:B;", {"", "A,B", "", "", ""}},
+      {"MDL:M;MFG:F", "MDL:X;MFG:Y;MANUFACTURER:Z", {"M", "", "F", "", ""}},  // identity is not taken from here
+      {"CLI:i;CLS:s", "CLASSINFO:j;CLASS:t", {"", "", "", "i,j", "s,t"}},
+      {"CMD:P", "CMD:;", {"", "P,", "", "", ""}},  // an empty value brings its comma, too
+      {"CMD:P", "CMD:\x81", {"", "P", "", "", ""}},
+  };
+  for (const Row& row : rows) {
+    PrinterDeviceID id = Parsed(row.base);
+    MergeExtendedDeviceID(row.extended, id, IsShiftJISLeadByte);
+    EXPECT_EQ(Fields(id), row.fields) << row.extended;
+    EXPECT_EQ(id.raw, row.base);
+    EXPECT_EQ(id.extendedRaw, row.extended);
+  }
+}
+
+TEST(HasCommand, Table) {
+  struct Row {
+    std::string commandSet;
+    bool hasZOLT;
+  };
+  const Row rows[] = {
+      {"PJL,ZOLT", true},   {"PJL,,ZOLT,", true}, {"ZOLT", true},   {"PJL ZOLT", false},
+      {"PJL, ZOLT", false}, {"zolt", false},      {"ZOLTX", false}, {"", false},
+  };
+  for (const Row& row : rows) {
+    PrinterDeviceID id;
+    id.commandSet = row.commandSet;
+    EXPECT_EQ(HasCommand(id, "ZOLT"), row.hasZOLT) << row.commandSet;
+  }
+}
+
+TEST(SBXStateOf, FirstStateDecides) {
+  const std::pair<const char*, std::uint32_t> rows[] = {
+      {"CMD:SBXOT,SBXOFF,SBXON", 1}, {"CMD:SBXOT,SBXOFF", 2}, {"CMD:SBXOT", 3}, {"CMD:SBXONX", 0}, {"", 0}};
+  for (const auto& [text, state] : rows) EXPECT_EQ(SBXStateOf(Parsed(text)), state) << text;
+}
+
+TEST(FindCountryIndex, Table) {
+  struct Row {
+    std::string commandSet;
+    std::optional<std::string> index;
+  };
+  const Row rows[] = {
+      {"PJL,ZOLT,CI_12", "12"},  {"XCI_7 Y", "7"},        {"CI_", ""},
+      {"CI_1,CI_2", "1"},        {"A CI_3,B", "3"},       {"CI_CI_4", "CI_4"},
+      {"CI,ci_5", std::nullopt}, {"C;I_6", std::nullopt}, {"", std::nullopt},
+  };
+  for (const Row& row : rows) {
+    PrinterDeviceID id;
+    id.commandSet = row.commandSet;
+    EXPECT_EQ(FindCountryIndex(id), row.index) << row.commandSet;
+  }
+}
+
+TEST(ClassifyModelFamily, Table) {
+  struct Row {
+    const char* model;
+    ModelFamily family;
+    const char* name;
+  };
+  const Row rows[] = {
+      {"Velnora RV-2160 Series", ModelFamily::RV, "RV"},
+      {"Velnora PHT-10", ModelFamily::PHT, "PHT"},
+      {"Velnora PHZ-3185", ModelFamily::PHZ, "PHZ"},
+      {"Velnora MFP 4", ModelFamily::PHZ, "PHZ"},
+      {"Velnora MFP 4 DWB-1", ModelFamily::DWB, "DWB"},
+      {"DWB-1 RV-1", ModelFamily::RV, "RV"},  // the order of the tests decides, not that of the name
+      {"MFP TJ", ModelFamily::PHZ, "PHZ"},
+      {"Velnora TJ-760P", ModelFamily::DWB, "DWB"},
+      {"aYBc", ModelFamily::DWB, "DWB"},
+      {"rv-1", ModelFamily::Unknown, ""},
+      {"", ModelFamily::Unknown, ""},
+  };
+  for (const Row& row : rows) {
+    EXPECT_EQ(ClassifyModelFamily(row.model), row.family) << row.model;
+    EXPECT_EQ(ModelFamilyName(row.family), row.name);
+  }
+}
+
+}  // namespace
+}  // namespace zt
