@@ -1,0 +1,142 @@
+"""The answers that a report server may give: the usual documents, and what goes wrong on the way."""
+
+import itertools
+import time
+import xml.etree.ElementTree as ElementTree
+from collections.abc import Iterable
+from dataclasses import dataclass, field
+
+
+@dataclass
+class Answer:
+    """One answer to one request.
+
+    `body`: bytes or text, or an iterable of bytes; the latter is sent piece by piece without a Content-Length, and
+        may be endless.
+    `status`: None sends the body alone, with no status line and no headers before it.
+    `headers`: added to the usual ones, or taking their place.
+    `delay`: seconds before the first byte.
+    `cut`: the connection is dropped after so many bytes, status line and headers counted; 0 drops it unanswered.
+    """
+
+    body: bytes | str | Iterable[bytes] = b""
+    status: int | None = 200
+    headers: dict[str, str] = field(default_factory=dict)
+    delay: float = 0
+    cut: int | None = None
+
+    def content(self):
+        return self.body.encode() if isinstance(self.body, str) else self.body
+
+
+def document(*elements):
+    """An answer document: `root` with the given (name, text or nested elements); those with None are left out."""
+    root = ElementTree.Element("root")
+    _fill(root, elements)
+    ElementTree.indent(root)
+    text = ElementTree.tostring(root, encoding="unicode")
+    return f'<?xml version="1.0" encoding="utf-8"?>\n{text}\n'
+
+
+def check_date(result="SUCCESS", last_date=None, interval=30):
+    """Answers CheckDate.aspx: the date of the last report known to the server ("2024-05-17 10:30:00"), and the days
+    that shall lie between two reports."""
+    return Answer(document(("Result", result), ("LastDate", last_date), ("PostIntervalDays", interval)))
+
+
+def check_sbx(result="SUCCESS", transmission_duration=7, language_codes="24, 59", models=None, max_level=150,
+              normal_interval=30):
+    """Answers CheckSBX.aspx; `models` maps a model's name to its own limit of the toner's life."""
+    levels = [("Model", [("Name", name), ("Level", level)]) for name, level in (models or {}).items()]
+    return Answer(document(("Result", result), ("TransmissionDuration", transmission_duration),
+                           ("NSLanguageCode", language_codes), ("ModelMaxLevel", levels),
+                           ("ServerMaxLevel", max_level), ("NormalIntervalDays", normal_interval)))
+
+
+def upload(result="SUCCESS"):
+    """Answers Connector.aspx and ConnectorSBX.aspx."""
+    return Answer(document(("Result", result)))
+
+
+def file(path):
+    """The content of a file, read anew at each request."""
+    return _File(path)
+
+
+def status(code):
+    """An error page."""
+    return Answer(f"<html><body>Error {code}</body></html>\n", code, {"Content-Type": "text/html"})
+
+
+def late(seconds, answer=None):
+    """An answer after a delay."""
+    answer = answer or upload()
+    return Answer(answer.body, answer.status, answer.headers, seconds, answer.cut)
+
+
+def dropped():
+    """No answer: the connection ends after the request."""
+    return Answer(cut=0)
+
+
+def broken_off(answer=None):
+    """The status line and headers of an answer, and half of its body; then the connection ends."""
+    answer = answer or upload()
+    half = len(answer.content()) // 2
+    return Answer([answer.content()[:half]], answer.status,
+                  {"Content-Length": str(len(answer.content())), **answer.headers}, answer.delay)
+
+
+def endless(piece=b"<root>" * 1000):
+    """A body without an end."""
+    return Answer(itertools.repeat(piece))
+
+
+def huge(size, piece=b"<root>"):
+    """A body of `size` bytes, announced in its headers."""
+    return Answer((piece * (size // len(piece) + 1))[:size])
+
+
+def trickling(answer, pause):
+    """An answer whose body comes one byte in `pause` seconds."""
+    def trickle():
+        for position in range(len(answer.content())):
+            time.sleep(pause)
+            yield answer.content()[position:position + 1]
+    return Answer(_Repeatable(trickle), answer.status, answer.headers)
+
+
+def raw(data):
+    """Any bytes at all in place of an HTTP answer."""
+    return Answer(data, status=None)
+
+
+class _File(Answer):
+    def __init__(self, path):
+        super().__init__()
+        self._path = path
+
+    def content(self):
+        with open(self._path, "rb") as content:
+            return content.read()
+
+
+class _Repeatable:
+    """Starts a generator anew for each request."""
+
+    def __init__(self, start):
+        self._start = start
+
+    def __iter__(self):
+        return self._start()
+
+
+def _fill(parent, elements):
+    for name, content in elements:
+        if content is None:
+            continue
+        element = ElementTree.SubElement(parent, name)
+        if isinstance(content, list):
+            _fill(element, content)
+        else:
+            element.text = str(content)

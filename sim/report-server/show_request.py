@@ -1,0 +1,41 @@
+"""Requests as a reader wants to see them: form fields decoded, documents indented."""
+
+import xml.etree.ElementTree as ElementTree
+
+
+def show_request(request):
+    """The lines of a request (report_server.Request) as one text, without a line feed at its end."""
+    lines = [f"{request.method} {request.path} -> {request.status or 'no HTTP answer'}"]
+    lines += [f"    {name}: {text}" for name, text in request.headers.items()]
+    if request.body:
+        lines.append("")
+        lines += _show_fields(request)
+    return "\n".join(lines)
+
+
+def show_document(text):
+    """An XML document with each element indented by its depth; any other text as it stands."""
+    try:
+        root = ElementTree.fromstring(text.encode())
+    except (ElementTree.ParseError, UnicodeEncodeError):
+        return text
+    ElementTree.indent(root)
+    prolog = text.partition("\n")[0] + "\n" if text.startswith("<?xml") else ""
+    return prolog + ElementTree.tostring(root, encoding="unicode")
+
+
+def _show_fields(request):
+    if not request.fields:
+        yield "    " + _printable(request.body.decode("latin-1"))
+    for name, value in request.fields.items():
+        shown = _printable(show_document(value))
+        if "\n" in shown:
+            yield f"    {_printable(name)} ="
+            yield from ("        " + line for line in shown.split("\n"))
+        else:
+            yield f"    {_printable(name)} = {shown}"
+
+
+def _printable(text):
+    """The text without control characters and without bytes that were no UTF-8."""
+    return "".join(c if c.isprintable() or c == "\n" else c.encode("unicode_escape", "surrogatepass").decode() for c in text)
