@@ -1,0 +1,1 @@
+"""The simulated printing world from Python: see World in world.py."""

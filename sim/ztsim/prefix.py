@@ -1,0 +1,79 @@
+"""A Wine prefix of one's own: a clone of the template, with registry values laid in before Windows starts."""
+
+import os
+import re
+import shutil
+import struct
+import subprocess
+from pathlib import Path
+
+SIM = Path(__file__).resolve().parent.parent
+
+REG_SZ, REG_EXPAND_SZ, REG_BINARY, REG_DWORD, REG_MULTI_SZ, REG_QWORD = 1, 2, 3, 4, 7, 11
+
+
+class Prefix:
+    """A fresh Windows in `folder`, which must not exist yet."""
+
+    def __init__(self, folder: Path):
+        self.folder = folder
+        template = subprocess.run([SIM / "wine-template"], check=True, capture_output=True, text=True).stdout.strip()
+        subprocess.run([SIM / "clone-prefix", template, folder], check=True)
+
+    @property
+    def drive(self) -> Path:
+        """Drive C."""
+        return self.folder / "drive_c"
+
+    def environment(self) -> dict[str, str]:
+        return {"WINEPREFIX": str(self.folder), "WINEARCH": "win64"}
+
+    def set_registry(self, key: str, values: dict[str, object]) -> None:
+        r"""Lays values under HKEY_LOCAL_MACHINE\key; the key is made even without any. Windows must not be running.
+
+        A value is an int (REG_DWORD), a str (REG_SZ) or a pair (type, bytes).
+        """
+        with open(self.folder / "system.reg", "a", encoding="utf-8") as file:
+            file.write("\n[%s] 0\n" % key.replace("\\", "\\\\"))
+            for name, value in values.items():
+                file.write('"%s"=%s\n' % (_escape(name), _reg_text(value)))
+
+    def registry(self, key: str) -> dict[str, str] | None:
+        r"""The values under HKEY_LOCAL_MACHINE\key as Wine writes them; None without the key. Windows must not be running."""
+        wanted = "[%s]" % key.replace("\\", "\\\\").lower()
+        found = None
+        inside = False
+        for line in (self.folder / "system.reg").read_text(encoding="utf-8").splitlines():
+            if line.startswith("["):
+                inside = line.lower().startswith(wanted)
+                found = found or ({} if inside else None)
+            elif inside and (match := re.match(r'"((?:[^"\\]|\\.)*)"=(.*)', line)):
+                found[match[1]] = match[2]
+        return found
+
+    def stop_windows(self) -> None:
+        """Ends every process of this prefix; the registry is written to its files."""
+        environment = os.environ | self.environment()
+        for option in ("-k", "-w"):
+            subprocess.run(["wineserver", option], env=environment, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+
+    def remove(self) -> None:
+        shutil.rmtree(self.folder, ignore_errors=True)
+
+
+def _escape(text: str) -> str:
+    return text.replace("\\", "\\\\").replace('"', '\\"')
+
+
+def _reg_text(value: object) -> str:
+    if isinstance(value, int):
+        return "dword:%08x" % value
+    if isinstance(value, str):
+        kind, data = REG_SZ, value.encode("utf-16-le") + b"\0\0"
+    else:
+        kind, data = value
+    return "hex(%x):%s" % (kind, ",".join("%02x" % byte for byte in data))
+
+
+def dword(number: int) -> tuple[int, bytes]:
+    return REG_DWORD, struct.pack("<I", number)
