@@ -1,0 +1,84 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "AgreementDialog.h"
+#include "Logger.h"
+#include "RegistryKey.h"
+#include "TempFolder.h"
+#include "Text.h"
+
+namespace zt {
+namespace {
+
+using testing::ElementsAre;
+using testing::StartsWith;
+
+std::filesystem::path ProgramFolder() {
+  wchar_t path[MAX_PATH] = {};
+  GetModuleFileNameW(nullptr, path, MAX_PATH);
+  return std::filesystem::path(path).parent_path();
+}
+
+// The library that the build lays beside this program answers by the language; see AgreementAnswers.cpp.
+TEST(AgreementDialogTest, OnlyTheLibraryOfTheProgramsFolderIsAsked) {
+  const std::filesystem::path answers = ProgramFolder() / L"AgreementAnswers.dll";
+  const std::filesystem::path library = ProgramFolder() / L"UA.dll";
+  const TempFolder current;
+  RegistryKey key = RegistryKey::OpenOrCreate(L"SOFTWARE\\Tressil\\Logger\\AgreementDialogTest", KEY_SET_VALUE);
+  ASSERT_TRUE(key.WriteDword(L"Level", 3) && key.WriteString(L"File", current.Path(L"zt.log")));
+  processLogger.Start(L"AgreementDialogTest");
+  std::filesystem::remove(library);
+  std::filesystem::copy_file(answers, current.Path(L"UA.dll"));
+  std::filesystem::current_path(current.Path(L""));
+  EXPECT_EQ(ShowAgreementDialog(L"Queue", L"1", true), Agreement::DisagreedUnreported)
+      << "the library of the current folder was asked";
+
+  struct Row {
+    const wchar_t* language;
+    bool countryIs52;
+    Agreement agreement;
+  };
+  constexpr Row rows[] = {
+      {L"1", true, Agreement::Agreed},
+      {L"2", true, Agreement::Disagreed},
+      {L"3", true, Agreement::DisagreedUnreported},
+      {L"0", true, Agreement::DisagreedUnreported},
+      {L"4", true, Agreement::DisagreedUnreported},
+      {L"-1", true, Agreement::DisagreedUnreported},
+      {L"1", false, Agreement::Disagreed},  // the library answers one more
+  };
+  std::filesystem::copy_file(answers, library);
+  for (const Row& row : rows) {
+    EXPECT_EQ(ShowAgreementDialog(L"Queue", row.language, row.countryIs52), row.agreement);
+    EXPECT_EQ(GetModuleHandleW(L"UA.dll"), nullptr) << "the library is unloaded";
+  }
+  EXPECT_EQ(ShowAgreementDialog(L"Other", L"1", true), Agreement::DisagreedUnreported);
+
+  std::filesystem::remove(library);
+  std::filesystem::copy_file(ProgramFolder() / L"AgreementNothing.dll", library);
+  EXPECT_EQ(ShowAgreementDialog(L"Queue", L"1", true), Agreement::DisagreedUnreported) << "there is no such entry";
+  std::filesystem::remove(library);
+  std::ofstream(library) << "no library";
+  EXPECT_EQ(ShowAgreementDialog(L"Queue", L"1", true), Agreement::DisagreedUnreported);
+  std::filesystem::remove(library);
+
+  processLogger.Flush();
+  const std::string log = current.Read(L"zt.log");
+  std::vector<std::string> messages;
+  for (const std::string_view line : SplitAny(log, "\r\n")) {
+    messages.emplace_back(line.substr(line.rfind('\t') + 1));
+  }
+  const std::string unloadable = "[UA] no agreement dialog: UA.dll cannot be loaded, error ";
+  EXPECT_THAT(messages, ElementsAre(unloadable + "126", "[UA] the agreement dialog answered 0",
+                                    "[UA] the agreement dialog answered 4", "[UA] the agreement dialog answered -1",
+                                    "[UA] the agreement dialog answered 0",
+                                    "[UA] no agreement dialog: UA.dll does not export ShowProtectionAgreementUI",
+                                    StartsWith(unloadable)));
+}
+
+}  // namespace
+}  // namespace zt

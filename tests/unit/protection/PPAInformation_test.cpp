@@ -1,0 +1,149 @@
+#include "PPAInformation.h"
+
+#include <gtest/gtest.h>
+
+namespace zt {
+namespace {
+
+constexpr char report[] =
+    "<?xml version=\"1.0\" encoding=\"UTF-8\" ?>\n"
+    "<root>\n"
+    "<ZOLT>\n"
+    "<CountryIndex>52</CountryIndex>\n"
+    "<CurrentVersion>2</CurrentVersion>\n"
+    "<FormatType>F</FormatType>\n"
+    "<GeneralSerialNumber>SN1</GeneralSerialNumber>\n"
+    "<HostVersion>1.2</HostVersion>\n"
+    "<MDL>Model 1</MDL>\n"
+    "<SBX>1</SBX>\n"
+    "<SystemInstalledDate>2014-03-06</SystemInstalledDate>\n"
+    "<Supplies>\n"
+    "<Toner>\n"
+    "<Color>M</Color>\n"
+    "<Capacity>9</Capacity>\n"
+    "<SerialNumber>T1</SerialNumber>\n"
+    "<TargetDot>8</TargetDot>\n"
+    "<UsedDotPercent>7</UsedDotPercent>\n"
+    "</Toner>\n"
+    "</Supplies>\n"
+    "<ZOLTAgree>1</ZOLTAgree>\n"
+    "</ZOLT>\n"
+    "</root>\n";
+
+PPAInformation Record() {
+  PPAInformation record;
+  record.SetModelName("Model 1");
+  record.SetSerialNumber("SN1");
+  record.SetInstalledDate("2014-03-06");
+  record.SetCurrentVersion("2");
+  record.SetSBX("1");
+  record.SetFormatType("F");
+  record.SetCountryIndex("52");
+  record.SetHostVersion("1.2");
+  record.SetAgreement(true);
+  TonerRecord toner(2);
+  toner.SetUsedDotPercent("7");
+  toner.SetTargetDot("8");
+  toner.SetCapacity("9");
+  toner.SetSerialNumber("T1");
+  record.AddToner(toner);
+  return record;
+}
+
+std::string Edited(std::string_view from, std::string_view to) {
+  std::string text = report;
+  for (std::size_t at = 0; !from.empty() && (at = text.find(from, at)) != std::string::npos; at += to.size()) {
+    text.replace(at, from.size(), to);
+  }
+  return text;
+}
+
+TEST(PPAInformationTest, BuildsTheDocument) {
+  EXPECT_EQ(Record().ToText(), report);
+  EXPECT_EQ(PPAInformation().ToText(),
+            "<?xml version=\"1.0\" encoding=\"UTF-8\" ?>\n<root>\n<ZOLT>\n<Supplies>\n</Supplies>\n"
+            "<ZOLTAgree>0</ZOLTAgree>\n</ZOLT>\n</root>\n");
+}
+
+TEST(PPAInformationTest, ValidatesEachElement) {
+  struct Row {
+    std::string_view from;
+    std::string_view to;
+    std::string_view messages;
+  };
+  constexpr Row rows[] = {
+      {"", "", ""},
+      {"Model 1", "", "/error:no mdl"},
+      {"Model 1", "a&b", "error:invalid xml data"},
+      {"SN1", "", "/error:no serial number"},
+      {"2014-03-06", "", "/warning:no systeminstalleddate"},
+      {"CurrentVersion", "Other", "/warning:no XMLinterfaceversion"},
+      {">F<", "><", "/warning:no XMLformattype"},
+      {">M<", "><", "/error:no color info"},
+      {">M<", ">m<", "/error:invalid color"},
+      {">7<", "><", "/warning:no tonerUsedotpercent"},
+      {"T1", "", "/warnig:no serial number"},
+      {">9<", "><", "/warning:no tonerCapacity"},
+      {">8<", "><", "/warning:no tonerTargetdot"},
+      {"Toner>", "Other>", "/error:no toner"},
+      {"Supplies>", "Other>", "/error:no supplies"},
+      {"ZOLT>", "Other>",
+       "/error:no mdl/error:no serial number/warning:no systeminstalleddate/warning:no XMLinterfaceversion"
+       "/warning:no XMLformattype/error:no supplies"},
+      // Not looked at.
+      {"SBX", "Other", ""},
+      {"CountryIndex", "Other", ""},
+      {"ZOLTAgree", "Other", ""},
+  };
+  for (const Row& row : rows) {
+    std::string messages;
+    EXPECT_EQ(PPAInformation::ValidateXml(Edited(row.from, row.to), messages), row.messages.empty()) << row.from;
+    EXPECT_EQ(messages, row.messages) << row.from << " -> " << row.to;
+  }
+}
+
+TEST(PPAInformationTest, ReadsInTwoSteps) {
+  PPAInformation record;
+  std::string messages;
+  EXPECT_TRUE(record.ReadXml(report, messages));
+  EXPECT_EQ(record.DeviceValues(),
+            (ElementValues{{"CurrentVersion", "2"}, {"FormatType", "F"}, {"SystemInstalledDate", "2014-03-06"}}));
+  EXPECT_TRUE(record.Toners().empty());
+  EXPECT_TRUE(record.ReadCountsAndSupplies(report, messages));
+  ASSERT_EQ(record.Toners().size(), 1u);
+  EXPECT_EQ(record.Toners()[0].Colour(), 2);
+  EXPECT_EQ(record.Toners()[0].Values(), Record().Toners()[0].Values());
+  EXPECT_EQ(messages, "");
+}
+
+TEST(PPAInformationTest, ReportsWhatItCannotRead) {
+  struct Row {
+    std::string document;
+    std::string_view device;
+    std::string_view toners;
+  };
+  const Row rows[] = {
+      {"", "/xml error", "/xml error"},
+      {"<root/>", "/no ZOLT el/no Count el", "/no ZOLT el"},
+      {"<root><ZOLT/></root>", "/no Count el", ""},
+      {"<root><ZOLT><Count/></ZOLT></root>", "", ""},
+      {Edited("M</Color>", "X</Color>"), "", "/invalid tcolor"},
+      {Edited("<Color>M</Color>", ""), "", "/no tcolor"},
+      {Edited("T1", ""), "", "/no tlevel"},
+      {Edited(">7<", "><"), "", "/no UsedDotPercent"},
+      {Edited(">9<", "><"), "", "/no Capacity"},
+      {Edited(">8<", "><"), "", "/no TargetDot"},
+  };
+  for (const Row& row : rows) {
+    PPAInformation record;
+    std::string device;
+    EXPECT_EQ(record.ReadXml(row.document, device), row.device.empty()) << row.document;
+    EXPECT_EQ(device, row.device) << row.document;
+    std::string toners;
+    EXPECT_EQ(record.ReadCountsAndSupplies(row.document, toners), row.toners.empty()) << row.document;
+    EXPECT_EQ(toners, row.toners) << row.document;
+  }
+}
+
+}  // namespace
+}  // namespace zt
