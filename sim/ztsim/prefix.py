@@ -46,7 +46,8 @@ class Prefix:
         for line in (self.folder / "system.reg").read_text(encoding="utf-8").splitlines():
             if line.startswith("["):
                 inside = line.lower().startswith(wanted)
-                found = found or ({} if inside else None)
+                if inside and found is None:
+                    found = {}
             elif inside and (match := re.match(r'"((?:[^"\\]|\\.)*)"=(.*)', line)):
                 found[match[1]] = match[2]
         return found

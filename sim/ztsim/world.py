@@ -29,6 +29,8 @@ FLAGS = r"Software\Tressil\ZOLT"
 LOGGER = r"Software\Tressil\Logger\ZOLT"
 AGREEMENT = r"Software\Velnora\WEB_Agreement"
 
+_PROCESS_END = "process ends, open handles: "
+
 
 class AgentCrashed(Exception):
     """The agent ended by an unhandled exception; the text is what Wine said of it."""
@@ -160,8 +162,17 @@ class World:
 
     @property
     def spooler_calls(self) -> list[str]:
-        transcript = self.spool_folder / "transcript.txt"
-        return transcript.read_text(encoding="utf-8").splitlines() if transcript.exists() else []
+        """Every call with its outcome, in order."""
+        return [line for line in self._transcript() if not line.startswith(_PROCESS_END)]
+
+    @property
+    def spooler_handles_left(self) -> list[int]:
+        """How many handles each process that has ended left open."""
+        return [int(line.removeprefix(_PROCESS_END)) for line in self._transcript() if line.startswith(_PROCESS_END)]
+
+    def _transcript(self) -> list[str]:
+        file = self.spool_folder / "transcript.txt"
+        return file.read_text(encoding="utf-8").splitlines() if file.exists() else []
 
     @property
     def raw_jobs(self) -> list[bytes]:

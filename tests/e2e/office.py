@@ -48,6 +48,7 @@ class OfficeTestCase(unittest.TestCase):
         """Starts the agent for the queue and checks what holds for every run: exit code 0 and no handle left."""
         result = world.run("-QName", QUEUE, *arguments)
         self.assertEqual(result.exit_code, 0)
+        self.assertEqual(set(world.spooler_handles_left) - {0}, set())
         return result
 
     def assert_ends_with(self, result: Result, *texts: str) -> None:
