@@ -4,28 +4,32 @@ import itertools
 import time
 import xml.etree.ElementTree as ElementTree
 from collections.abc import Iterable
-from dataclasses import dataclass, field
+from dataclasses import dataclass, field, replace
+from pathlib import Path
 
 
 @dataclass
 class Answer:
     """One answer to one request.
 
-    `body`: bytes or text, or an iterable of bytes; the latter is sent piece by piece without a Content-Length, and
-        may be endless.
+    `body`: bytes or text; a Path, whose file is read anew for each request; or an iterable of bytes, which is sent
+        piece by piece without a Content-Length and may be endless.
     `status`: None sends the body alone, with no status line and no headers before it.
     `headers`: added to the usual ones, or taking their place.
     `delay`: seconds before the first byte.
     `cut`: the connection is dropped after so many bytes, status line and headers counted; 0 drops it unanswered.
     """
 
-    body: bytes | str | Iterable[bytes] = b""
+    body: bytes | str | Path | Iterable[bytes] = b""
     status: int | None = 200
     headers: dict[str, str] = field(default_factory=dict)
     delay: float = 0
     cut: int | None = None
 
     def content(self):
+        """The body's bytes, or the iterable."""
+        if isinstance(self.body, Path):
+            return self.body.read_bytes()
         return self.body.encode() if isinstance(self.body, str) else self.body
 
 
@@ -59,8 +63,8 @@ def upload(result="SUCCESS"):
 
 
 def file(path):
-    """The content of a file, read anew at each request."""
-    return _File(path)
+    """The content of a file, read anew for each request."""
+    return Answer(Path(path))
 
 
 def status(code):
@@ -70,8 +74,7 @@ def status(code):
 
 def late(seconds, answer=None):
     """An answer after a delay."""
-    answer = answer or upload()
-    return Answer(answer.body, answer.status, answer.headers, seconds, answer.cut)
+    return replace(answer or upload(), delay=seconds)
 
 
 def dropped():
@@ -82,9 +85,9 @@ def dropped():
 def broken_off(answer=None):
     """The status line and headers of an answer, and half of its body; then the connection ends."""
     answer = answer or upload()
-    half = len(answer.content()) // 2
-    return Answer([answer.content()[:half]], answer.status,
-                  {"Content-Length": str(len(answer.content())), **answer.headers}, answer.delay)
+    content = answer.content()
+    return replace(answer, body=[content[:len(content) // 2]],
+                   headers={"Content-Length": str(len(content)), **answer.headers})
 
 
 def endless(piece=b"<root>" * 1000):
@@ -99,11 +102,7 @@ def huge(size, piece=b"<root>"):
 
 def trickling(answer, pause):
     """An answer whose body comes one byte in `pause` seconds."""
-    def trickle():
-        for position in range(len(answer.content())):
-            time.sleep(pause)
-            yield answer.content()[position:position + 1]
-    return Answer(_Repeatable(trickle), answer.status, answer.headers)
+    return replace(answer, body=_Trickle(answer.content(), pause))
 
 
 def raw(data):
@@ -111,24 +110,14 @@ def raw(data):
     return Answer(data, status=None)
 
 
-class _File(Answer):
-    def __init__(self, path):
-        super().__init__()
-        self._path = path
-
-    def content(self):
-        with open(self._path, "rb") as content:
-            return content.read()
-
-
-class _Repeatable:
-    """Starts a generator anew for each request."""
-
-    def __init__(self, start):
-        self._start = start
+class _Trickle:
+    def __init__(self, content, pause):
+        self._content, self._pause = content, pause
 
     def __iter__(self):
-        return self._start()
+        for byte in self._content:
+            time.sleep(self._pause)
+            yield bytes((byte,))
 
 
 def _fill(parent, elements):

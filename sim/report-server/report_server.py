@@ -25,6 +25,7 @@ With tls=True the certificate is self-signed, made for this start, and issued fo
 import argparse
 import http.server
 import os
+import signal
 import socket
 import socketserver
 import ssl
@@ -56,7 +57,7 @@ class Request:
     path: str
     headers: dict[str, str]  # as they were spelled; the last of a name counts
     body: bytes
-    status: int | None  # what it was answered
+    status: int | None  # of the answer; None when that was no HTTP answer
 
     @property
     def page(self):
@@ -166,7 +167,8 @@ class _Handler(http.server.BaseHTTPRequestHandler):
         report_server = self.server.report_server
         body = self.rfile.read(int(self.headers.get("Content-Length") or 0))
         answer = report_server.choose(self.path)
-        report_server.keep(Request(self.command, self.path, dict(self.headers.items()), body, answer.status))
+        status = None if answer.cut == 0 else answer.status
+        report_server.keep(Request(self.command, self.path, dict(self.headers.items()), body, status))
         report_server.stopping.wait(answer.delay)
         self._room = answer.cut
         self._send(answer)
@@ -195,7 +197,8 @@ class _Handler(http.server.BaseHTTPRequestHandler):
             headers["Connection"] = "close"
         headers |= answer.headers
         phrase = self.responses.get(answer.status, ("",))[0]
-        lines = [f"{self.protocol_version} {answer.status} {phrase}", *(f"{name}: {text}" for name, text in headers.items())]
+        lines = [f"{self.protocol_version} {answer.status} {phrase}"]
+        lines += [f"{name}: {text}" for name, text in headers.items()]
         return "\r\n".join([*lines, "", ""]).encode("latin-1")
 
     def _write(self, data):
@@ -212,9 +215,9 @@ def _server_tls():
     """A TLS context with a certificate that nobody trusts."""
     with tempfile.TemporaryDirectory(prefix="report-server-") as folder:
         key, certificate = os.path.join(folder, "key.pem"), os.path.join(folder, "certificate.pem")
-        subprocess.run(["openssl", "req", "-x509", "-newkey", "ec", "-pkeyopt", "ec_paramgen_curve:prime256v1", "-nodes",
-                        "-days", "2", "-subj", f"/CN={CERTIFICATE_NAME}", "-keyout", key, "-out", certificate],
-                       check=True, capture_output=True)
+        command = ["openssl", "req", "-x509", "-newkey", "ec", "-pkeyopt", "ec_paramgen_curve:prime256v1", "-nodes",
+                   "-days", "2", "-subj", f"/CN={CERTIFICATE_NAME}", "-keyout", key, "-out", certificate]
+        subprocess.run(command, check=True, capture_output=True)
         context = ssl.SSLContext(ssl.PROTOCOL_TLS_SERVER)
         context.load_cert_chain(certificate, key)
         return context
@@ -229,11 +232,13 @@ def main():
                         help="what a page answers: a file, a status such as 500, or 'drop'; "
                              "given again for the same page: the next call's answer")
     options = parser.parse_args()
+    signal.signal(signal.SIGTERM, signal.default_int_handler)  # ends as cleanly as by Ctrl-C
     sequences = {}
     for entry in options.answer:
         page, _, what = entry.partition("=")
         sequences.setdefault(page, []).append(_answer_for(what))
-    with ReportServer(options.port, options.tls, options.address, lambda request: print(show_request(request), flush=True)) as server:
+    show = lambda request: print(show_request(request), flush=True)
+    with ReportServer(options.port, options.tls, options.address, show) as server:
         for page, sequence in sequences.items():
             server.answer(page, *sequence)
         print(server.url, flush=True)

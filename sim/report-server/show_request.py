@@ -38,4 +38,4 @@ def _show_fields(request):
 
 def _printable(text):
     """The text without control characters and without bytes that were no UTF-8."""
-    return "".join(c if c.isprintable() or c == "\n" else c.encode("unicode_escape", "surrogatepass").decode() for c in text)
+    return "".join(c if c.isprintable() or c == "\n" else c.encode("unicode_escape").decode() for c in text)

@@ -17,7 +17,7 @@ import re
 from collections import namedtuple
 
 INTEGER, OCTET_STRING, NULL, OBJECT_ID = 0x02, 0x04, 0x05, 0x06
-IP_ADDRESS, COUNTER, GAUGE, TIMETICKS, OPAQUE, COUNTER64 = 0x40, 0x41, 0x42, 0x43, 0x44, 0x46
+IP_ADDRESS, COUNTER, GAUGE, TIMETICKS, COUNTER64 = 0x40, 0x41, 0x42, 0x43, 0x46
 
 # A value is its BER tag and its content: a number, bytes, a tuple of arcs (OBJECT_ID) or None (NULL).
 Value = namedtuple("Value", "tag data")
@@ -112,6 +112,11 @@ class Mib:
         if oid not in self._objects:
             bisect.insort(self._names, oid)
         self._objects[oid] = value
+
+    def remove(self, top):
+        """Takes the object of that name and all below it away, until the files change."""
+        self._names = [name for name in self._names if name[:len(top)] != top]
+        self._objects = {name: self._objects[name] for name in self._names}
 
     def refresh(self):
         """Reads the files again if one has changed."""

@@ -10,7 +10,8 @@ In Python:
 By hand, until Ctrl-C:
 
     sim/in-namespace bash
-    python3 sim/snmp-agent/snmp_agent.py sim/printers/colour.mib & snmpwalk -v1 -c public 127.0.0.1 1.3.6.1
+    python3 sim/snmp-agent/snmp_agent.py sim/printers/colour.mib &
+    snmpwalk -v1 -c public -On 127.0.0.1 1.3.6.1
 
 The agent answers as soon as start_agent() returns. It reads the data file again whenever it has changed; what was set
 by SNMP is kept in memory until then. Port 161 is free for everybody inside sim/in-namespace, elsewhere for root only.
@@ -19,6 +20,8 @@ The system group is snmpd's own; the data file may name its texts.
 
 import argparse
 import os
+import signal
+import socket
 import subprocess
 import sys
 import tempfile
@@ -49,7 +52,8 @@ class AgentError(Exception):
 
 
 def start_agent(data_file, community="public", addresses=("127.0.0.1",), port=161, changes=None):
-    """Starts an agent on the addresses (IPv4 or IPv6) and returns it when it answers. Raises AgentError.
+    """Starts an agent on the addresses (IPv4 or IPv6) and returns it when it answers. Raises AgentError, OSError
+    (no data file, address taken) or ValueError (no data file of this format).
 
     `community` may read and write. `changes` are objects that lie over those of the data file, name to value text:
     {"1.3.6.1.2.1.43.5.1.1.17.1": 'STRING: "VN0002"'}.
@@ -72,7 +76,7 @@ class Agent:
             os.symlink(os.path.abspath(data_file), self._path(PRINTER))
             os.symlink(os.path.join(os.path.dirname(os.path.abspath(__file__)), PASS_PERSIST), self._path(PASS_PERSIST))
             self.change(changes or {})
-            self._mib = Mib(self._path(PRINTER), self._path(CHANGES))
+            self._mib = Mib(data_file, self._path(CHANGES))
             self._process = self._start_snmpd()
         except BaseException:
             self._folder.cleanup()
@@ -121,8 +125,12 @@ class Agent:
         return os.path.join(self._folder.name, name)
 
     def _start_snmpd(self):
+        for address in self.addresses:
+            # Were the port taken, the agent that has it would answer instead of this one.
+            with socket.socket(socket.AF_INET6 if ":" in address else socket.AF_INET, socket.SOCK_DGRAM) as probe:
+                probe.bind((address, self.port))
         configuration = self._path("snmpd.conf")
-        with open(configuration, "w", encoding="utf-8") as file:
+        with open(configuration, "w", encoding="latin-1") as file:
             file.write(self._configuration())
         transports = [f"udp6:[{address}]:{self.port}" if ":" in address else f"udp:{address}:{self.port}"
                       for address in self.addresses]
@@ -139,7 +147,8 @@ class Agent:
         for name, word in SYSTEM_WORDS.items():
             value = self._mib.get(parse_oid(name))
             if value:
-                lines.append(f"{word} {value.data.decode() if isinstance(value.data, bytes) else format_oid(value.data)}")
+                text = format_oid(value.data) if isinstance(value.data, tuple) else value.data.decode("latin-1")
+                lines.append(f"{word} {text}")
         return "\n".join(lines) + "\n"
 
     def _wait_for_answers(self):
@@ -169,9 +178,11 @@ def main():
     parser.add_argument("--set", action="append", default=[], metavar="NAME=VALUE",
                         help="lays an object over the file's, for example 1.3.6.1.2.1.43.5.1.1.17.1='STRING: VN2'")
     options = parser.parse_args()
+    signal.signal(signal.SIGTERM, signal.default_int_handler)  # ends as cleanly as by Ctrl-C
     changes = dict(entry.split("=", 1) for entry in options.set)
     try:
-        agent = start_agent(options.data_file, options.community, options.address or ["127.0.0.1"], options.port, changes)
+        addresses = options.address or ["127.0.0.1"]
+        agent = start_agent(options.data_file, options.community, addresses, options.port, changes)
     except (AgentError, OSError, ValueError) as error:
         sys.exit(f"snmp_agent: {error}")
     with agent:
