@@ -33,22 +33,15 @@ bool PPAInformation::ValidateXml(std::string_view document, std::string& message
 }
 
 bool PPAInformation::ReadXml(std::string_view document, std::string& messages) {
-  const std::size_t before = messages.size();
-  tinyxml2::XMLDocument xml;
-  if (!ParseReport(document, xml, messages)) return false;
-  const tinyxml2::XMLElement* report = RequireReport(xml, messages);
-  ReadDeviceValues(report, deviceTexts);
-  // Printers deliver this report with counters or without; one without counters and supplies has nothing to report.
-  if (!FindChild(report, "Count") && !FindChild(report, "Supplies")) messages += "/no Count el";
-  return messages.size() == before;
+  return ReadReport(document, messages, [&](const tinyxml2::XMLElement* report) {
+    ReadDeviceValues(report, deviceTexts);
+    // Printers deliver this report with counters or without; one without counters and supplies has nothing to report.
+    if (!FindChild(report, "Count") && !FindChild(report, "Supplies")) messages += "/no Count el";
+  });
 }
 
 bool PPAInformation::ReadCountsAndSupplies(std::string_view document, std::string& messages) {
-  const std::size_t before = messages.size();
-  tinyxml2::XMLDocument xml;
-  if (!ParseReport(document, xml, messages)) return false;
-  ReadToners(RequireReport(xml, messages), messages);
-  return messages.size() == before;
+  return ReadReport(document, messages, [&](const tinyxml2::XMLElement* report) { ReadToners(report, messages); });
 }
 
 bool PPAInformation::ReadTonerXml(const tinyxml2::XMLElement& element, std::string& messages) {

@@ -11,7 +11,7 @@ namespace zt {
 // consumable data, its toners with their dot usage, and the user's agreement.
 class PPAInformation : public ReportRecord {
  public:
-  bool ReadTonerXml(const tinyxml2::XMLElement& toner, std::string& messages) override;
+  bool ReadTonerXml(const tinyxml2::XMLElement& element, std::string& messages) override;
 
   // ToText answers BuildXml.
   std::string ToText() const override { return BuildXml(); }

@@ -47,16 +47,18 @@ std::string ReportRecord::BuildDocument(std::string_view beforeSupplies, std::st
   return document;
 }
 
-bool ReportRecord::ParseReport(std::string_view document, tinyxml2::XMLDocument& xml, std::string& messages) {
-  if (xml.Parse(document.data(), document.size()) == tinyxml2::XML_SUCCESS) return true;
-  messages += "/xml error";
-  return false;
-}
-
-const tinyxml2::XMLElement* ReportRecord::RequireReport(const tinyxml2::XMLDocument& xml, std::string& messages) {
+bool ReportRecord::ReadReport(std::string_view document, std::string& messages,
+                              const std::function<void(const tinyxml2::XMLElement* report)>& read) {
+  tinyxml2::XMLDocument xml;
+  if (xml.Parse(document.data(), document.size()) != tinyxml2::XML_SUCCESS) {
+    messages += "/xml error";
+    return false;
+  }
+  const std::size_t before = messages.size();
   const tinyxml2::XMLElement* report = FindReport(xml);
   if (!report) messages += "/no ZOLT el";
-  return report;
+  read(report);
+  return messages.size() == before;
 }
 
 void ReportRecord::ReadDeviceValues(const tinyxml2::XMLElement* report, std::span<const char* const> elements) {

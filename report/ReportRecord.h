@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -10,7 +11,6 @@
 #include "TonerRecord.h"
 
 namespace tinyxml2 {
-class XMLDocument;
 class XMLElement;
 }  // namespace tinyxml2
 
@@ -28,7 +28,7 @@ struct ElementMessage;
 class ReportRecord {
  public:
   // ReadTonerXml reads one `Toner` element and adds the toner; one without a valid colour is not added.
-  virtual bool ReadTonerXml(const tinyxml2::XMLElement& toner, std::string& messages) = 0;
+  virtual bool ReadTonerXml(const tinyxml2::XMLElement& element, std::string& messages) = 0;
   virtual ~ReportRecord() = default;
 
   // ToText answers the report as it is posted.
@@ -76,11 +76,10 @@ class ReportRecord {
   // and after the supplies. Every line ends in LF.
   std::string BuildDocument(std::string_view beforeSupplies, std::string_view afterSupplies) const;
 
-  // ParseReport parses a document of the printer into `xml`; false, with its message, when it does not parse.
-  static bool ParseReport(std::string_view document, tinyxml2::XMLDocument& xml, std::string& messages);
-
-  // RequireReport answers the `ZOLT` element of a parsed document; null, with its message, when there is none.
-  static const tinyxml2::XMLElement* RequireReport(const tinyxml2::XMLDocument& xml, std::string& messages);
+  // ReadReport parses a document of the printer and hands its `ZOLT` element, null when there is none, to `read`. True
+  // when neither of them appended a message; a document that does not parse is not handed on.
+  static bool ReadReport(std::string_view document, std::string& messages,
+                         const std::function<void(const tinyxml2::XMLElement* report)>& read);
 
   // ReadDeviceValues copies those of the elements that stand in the report.
   void ReadDeviceValues(const tinyxml2::XMLElement* report, std::span<const char* const> elements);

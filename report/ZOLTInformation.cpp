@@ -90,24 +90,18 @@ bool ZOLTInformation::ValidateXml(std::string_view document, std::string& messag
 }
 
 bool ZOLTInformation::ReadXml(std::string_view document, std::string& messages) {
-  const std::size_t before = messages.size();
-  tinyxml2::XMLDocument xml;
-  if (!ParseReport(document, xml, messages)) return false;
-  const tinyxml2::XMLElement* report = RequireReport(xml, messages);
-  ReadDeviceValues(report, deviceTexts);
-  ReadCounts(report, messages);
-  ReadToners(report, messages);
-  return messages.size() == before;
+  return ReadReport(document, messages, [&](const tinyxml2::XMLElement* report) {
+    ReadDeviceValues(report, deviceTexts);
+    ReadCounts(report, messages);
+    ReadToners(report, messages);
+  });
 }
 
 bool ZOLTInformation::ReadCountsAndSupplies(std::string_view document, std::string& messages) {
-  const std::size_t before = messages.size();
-  tinyxml2::XMLDocument xml;
-  if (!ParseReport(document, xml, messages)) return false;
-  const tinyxml2::XMLElement* report = RequireReport(xml, messages);
-  ReadCounts(report, messages);
-  ReadToners(report, messages);
-  return messages.size() == before;
+  return ReadReport(document, messages, [&](const tinyxml2::XMLElement* report) {
+    ReadCounts(report, messages);
+    ReadToners(report, messages);
+  });
 }
 
 void ZOLTInformation::ReadCounts(const tinyxml2::XMLElement* report, std::string& messages) {

@@ -12,7 +12,7 @@ namespace zt {
 // data provider fills it; the print-volume run posts its text.
 class ZOLTInformation : public ReportRecord {
  public:
-  bool ReadTonerXml(const tinyxml2::XMLElement& toner, std::string& messages) override;
+  bool ReadTonerXml(const tinyxml2::XMLElement& element, std::string& messages) override;
 
   // ToText answers BuildXml, or AmendDeviceXml in document mode.
   std::string ToText() const override;
