@@ -3,6 +3,7 @@
 import os
 import re
 import shutil
+import signal
 import struct
 import subprocess
 from pathlib import Path
@@ -26,7 +27,8 @@ class Prefix:
         return self.folder / "drive_c"
 
     def environment(self) -> dict[str, str]:
-        return {"WINEPREFIX": str(self.folder), "WINEARCH": "win64"}
+        # Wine's server keeps its socket in a temporary folder, and leaves that behind.
+        return {"WINEPREFIX": str(self.folder), "WINEARCH": "win64", "TMPDIR": str(self.folder)}
 
     def set_registry(self, key: str, values: dict[str, object]) -> None:
         r"""Lays values under HKEY_LOCAL_MACHINE\key; the key is made even without any. Windows must not be running.
@@ -52,11 +54,33 @@ class Prefix:
                 found[match[1]] = match[2]
         return found
 
+    def start_server(self) -> None:
+        """Starts Wine's server if it does not run yet. Two programs that each start it at once get in each other's way."""
+        self._server("-p")
+
     def stop_windows(self) -> None:
         """Ends every process of this prefix; the registry is written to its files."""
-        environment = os.environ | self.environment()
-        for option in ("-k", "-w"):
-            subprocess.run(["wineserver", option], env=environment, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        self._server("-k")
+        self._server("-w")
+
+    def kill_windows(self) -> None:
+        """Ends every process of this prefix at once; what Windows has not written yet is lost."""
+        mark = f"WINEPREFIX={self.folder}".encode()
+        for process in Path("/proc").glob("[0-9]*"):
+            try:
+                if mark in (process / "environ").read_bytes().split(b"\0"):
+                    os.kill(int(process.name), signal.SIGKILL)
+            except OSError:
+                pass  # It has ended by itself, or is another user's.
+
+    def _server(self, option: str) -> None:
+        subprocess.run(
+            ["wineserver", option],
+            env=os.environ | self.environment(),
+            stdin=subprocess.DEVNULL,
+            stdout=subprocess.DEVNULL,
+            stderr=subprocess.DEVNULL,
+        )
 
     def remove(self) -> None:
         shutil.rmtree(self.folder, ignore_errors=True)

@@ -74,7 +74,7 @@ class World:
     def __exit__(self, *_: object) -> None:
         for run in self._started:
             run.stop()
-        self.prefix.stop_windows()
+        self.prefix.kill_windows()
         shutil.rmtree(self.folder, ignore_errors=True)
 
     # What is laid out before a run
@@ -132,6 +132,7 @@ class World:
 
     def start(self, *arguments: str, program: str = "ZT.exe") -> "Run":
         """Starts the agent and leaves it running."""
+        self.prefix.start_server()
         run = Run(self, [f"C:\\agent\\{program}", *arguments], len(self._started))
         self._started.append(run)
         return run
@@ -176,7 +177,7 @@ class World:
 
     @property
     def raw_jobs(self) -> list[bytes]:
-        return [file.read_bytes() for file in sorted(self.spool_folder.glob("job-*.raw"))]
+        return [file.read_bytes() for file in sorted(self.spool_folder.glob("job-*.raw"), key=_job_number)]
 
 
 class Run:
@@ -211,6 +212,10 @@ class Run:
         if self.process.poll() is None:
             self.process.kill()
             self.process.wait()
+
+
+def _job_number(file: Path) -> int:
+    return int(file.stem.removeprefix("job-"))
 
 
 def _windows_path(path: Path) -> str:
