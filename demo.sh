@@ -1,0 +1,24 @@
+#!/usr/bin/env bash
+# Shows the agent at its main job, in a simulated printing world: a print queue, a printer that answers by SNMP, a report
+# server, and the real ZT.exe, started three times. Exits with 0 when everything was seen.
+#   ./demo.sh              all of it
+#   ./demo.sh --virtual    the same road with canned printer data: no SNMP agent, no network of its own
+set -euo pipefail
+cd "$(dirname "$0")"
+
+say() { printf '\n== %s\n' "$*"; }
+
+say "Packages and sources"
+tools/install-packages.sh
+tools/fetch-tinyxml2.sh
+
+say "The agent, built into dist/"
+cmake --preset windows >/dev/null
+cmake --build --preset windows --target ZT sim_winspool
+rm -rf dist
+cmake --install build/windows >/dev/null
+ls -l dist/bin/ZT.exe
+
+world=(sim/in-namespace)
+[ "${1:-}" != --virtual ] || world=()
+exec "${world[@]}" python3 sim/demo.py "$@"

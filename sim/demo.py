@@ -1,0 +1,134 @@
+"""The show of ./demo.sh: three starts of the agent, and what each of them does."""
+
+import argparse
+import sys
+from pathlib import Path
+
+SIM = Path(__file__).resolve().parent
+sys.path[:0] = [str(SIM), str(SIM / "snmp-agent"), str(SIM / "report-server")]
+
+from mib_file import format_oid, format_value, parse_oid  # noqa: E402
+from report_server import ReportServer  # noqa: E402
+from show_request import show_request  # noqa: E402
+from snmp_agent import start_agent  # noqa: E402
+from snmp_client import walk  # noqa: E402
+from ztsim.world import Result, World  # noqa: E402
+
+QUEUE = "Office colour printer"
+PRINTER = SIM / "printers" / "colour.mib"
+SPOOLER = f"""[queue {QUEUE}]
+driver = Velnora RV-2160 PCL
+port = IP_127.0.0.1
+jobs = 0
+
+[port IP_127.0.0.1]
+monitor = TCPMON.DLL
+address = 127.0.0.1
+"""
+
+
+class Show:
+    """The screen: what happens, in plain words, and whether it was what was to be seen."""
+
+    def __init__(self):
+        self._missed: list[str] = []
+
+    def step(self, text: str) -> None:
+        print(f"\n== {text}", flush=True)
+
+    def block(self, text: str) -> None:
+        for line in text.splitlines() or ["(nothing)"]:
+            print("   " + line, flush=True)
+
+    def expect(self, seen: bool, what: str) -> None:
+        print(f"   {'seen' if seen else 'NOT SEEN'}: {what}", flush=True)
+        if not seen:
+            self._missed.append(what)
+
+    def close(self) -> int:
+        if self._missed:
+            print(f"\nDemo FAILED. Not seen: {'; '.join(self._missed)}")
+            return 1
+        print("\nDemo passed: all of it was seen.")
+        return 0
+
+
+# Shown of the printer: serial number, device ID, toner levels, and the maker's own objects.
+SHOWN = ("1.3.6.1.2.1.43.5.1.1.17", "1.3.6.1.4.1.2699", "1.3.6.1.2.1.43.11.1.1.9", "1.3.6.1.4.1.53017")
+
+
+def show_printer(show: Show) -> None:
+    show.step("What the printer answers by SNMP, in part")
+    for subtree in SHOWN:
+        for name, value in walk(parse_oid(subtree)):
+            show.block(f"{format_oid(name)} = {format_value(value)}")
+
+
+def start(show: Show, world: World, server: ReportServer, title: str) -> Result:
+    before = world.settings
+    posted = len(server.requests)
+    show.step(f'{title}: ZT.exe -QName "{QUEUE}"')
+    print("   ZT.ini before:")
+    show.block(before)
+    result = world.run("-QName", QUEUE)
+    for request in server.requests[posted:]:
+        print("   The report server was sent:")
+        show.block(show_request(request))
+    print("   The trace log:")
+    show.block("\n".join(f"{line.module},{line.line}\t{line.text}" for line in result.log))
+    if world.settings != before:
+        print("   ZT.ini after:")
+        show.block(world.settings)
+    show.expect(result.exit_code == 0, f"exit code 0, after {result.seconds:.2f} s")
+    return result
+
+
+def pages(server: ReportServer, first: int) -> list[str]:
+    return [request.page for request in server.requests[first:]]
+
+
+def main() -> int:
+    parser = argparse.ArgumentParser(description=__doc__)
+    parser.add_argument("--virtual", action="store_true", help="canned printer data: no SNMP agent")
+    virtual = parser.parse_args().virtual
+    show = Show()
+
+    with World() as world, ReportServer() as server:
+        show.step("The print spooler")
+        show.block(SPOOLER)
+        world.spooler(SPOOLER)
+        world.log_to(4)
+        world.flags(URL=server.url, VirtualTest=int(virtual))
+        show.step(f"The report server: {server.url}")
+        if virtual:
+            show.step("The printer: canned data (registry flag VirtualTest)")
+            return tour(show, world, server)
+        show.step(f"The printer: {PRINTER.name}, served by snmpd on UDP port 161")
+        with start_agent(PRINTER):
+            show_printer(show)
+            return tour(show, world, server)
+
+
+def tour(show: Show, world: World, server: ReportServer) -> int:
+    result = start(show, world, server, "First start")
+    show.expect(pages(server, 0) == ["CheckDate.aspx", "Connector.aspx"], "the server was asked, then sent the report")
+    report = server.requests[-1].fields.get("data", "") if server.requests else ""
+    show.expect("<GeneralSerialNumber>" in report and "<Toner>" in report, "the report holds serial number and toners")
+    show.expect("4 send sucessfully..." in result.log_texts, '"send sucessfully..."')
+    show.expect("LastSendTime_" in world.settings, "the history holds the time of this report")
+
+    posted = len(server.requests)
+    result = start(show, world, server, "Second start")
+    show.expect(result.log_texts[-1:] == ["4 skip send success local. bye~"], '"skip send success local. bye~"')
+    show.expect(pages(server, posted) == [], "nothing was sent")
+
+    server.stop()
+    world.settings_file.unlink(missing_ok=True)
+    result = start(show, world, server, "Third start, without history and with the server gone")
+    show.expect(result.log_texts[-1:] == ["3 svr not connect. bye~"], '"svr not connect. bye~"')
+    show.expect("LastServerFailedTime=" in world.settings, "the history holds the time of the failure")
+    return show.close()
+
+
+if __name__ == "__main__":
+    sys.exit(main())
