@@ -65,6 +65,7 @@ HResult KVFPrinter::ReadIdentity(ZOLTInformation& record, std::string& errorText
   }
   record.SetModelName(text);
   if (Succeeded(GetModelFamilyName(text))) record.SetProductType(text);
+  if (Succeeded(GetCountryIndex(text))) record.SetCountryIndex(text);
   if (!Succeeded(GetSerialNumber(text))) {
     errorText += "/serialno err";
     return HResult::Fail;

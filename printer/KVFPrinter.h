@@ -102,8 +102,8 @@ class KVFPrinter {
   // AdoptDeviceID parses the device ID and takes the model family from it.
   void AdoptDeviceID(std::string_view text);
 
-  // ReadIdentity stores model, family name and serial number in the record. A missing model or serial number appends
-  // its code and fails; an unknown family does not.
+  // ReadIdentity stores model, family name, country index and serial number in the record. A missing model or serial
+  // number appends its code and fails; the other two may be missing.
   HResult ReadIdentity(ZOLTInformation& record, std::string& errorText);
 
   ModelFamily family_ = ModelFamily::Unknown;

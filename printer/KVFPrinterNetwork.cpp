@@ -110,9 +110,6 @@ HResult KVFPrinterNetwork::GetSupplyUnitInfo(std::vector<SupplyEntry>& supplies)
 }
 
 HResult KVFPrinterNetwork::GetZOLTInformation(ZOLTInformation& record, std::string& errorText) {
-  if (const std::optional<std::string> countryIndex = FindCountryIndex(deviceID_)) {
-    record.SetCountryIndex(*countryIndex);
-  }
   if (!HasCommand(deviceID_, kUsageDocumentCommand)) return AssembleRecord(record, errorText);
 
   if (const HResult result = FetchUsageDocument(record, errorText); !Succeeded(result)) return result;
