@@ -7,6 +7,7 @@
 #include "LocationUrl.h"
 #include "RegistryKey.h"
 #include "SpoolerBlock.h"
+#include "Trace.h"
 #include "WSDPort.h"
 #include "XcvPort.h"
 
@@ -49,7 +50,9 @@ std::wstring ResolveWSDAddress(std::wstring_view portName, std::wstring_view ser
   const std::optional<std::wstring> pnpxID = port.RequestText(L"PnPXID");
   if (!deviceID || !pnpxID) return {};
   std::wstring address = DiscoverAddress(*pnpxID);
-  return address.empty() ? AddressFromRegistry(*deviceID) : address;
+  if (address.empty()) address = AddressFromRegistry(*deviceID);
+  if (address.empty()) ZT_TRACE(Warning, "port " << portName << ": no address of device " << *pnpxID);
+  return address;
 }
 
 }  // namespace zt

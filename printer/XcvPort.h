@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <span>
 #include <string>
@@ -11,17 +12,14 @@
 namespace zt {
 
 // XcvPort is the monitor side of one port. The monitor's word is taken only when both the call and the status that it
-// stores report success.
+// stores report success; every failure is traced.
 class XcvPort {
  public:
   // With ServerEnumerate the port is opened with that desired access and no data type, with Default without defaults.
   enum class Access { Default, ServerEnumerate };
 
-  // `serverName` is empty for a port of this computer.
+  // `serverName` is empty for a port of this computer. Requests to a port that cannot be opened fail.
   XcvPort(std::wstring_view portName, std::wstring_view serverName, Access access);
-
-  // IsOpen tells whether the port was found; requests to one that was not fail.
-  bool IsOpen() const { return static_cast<bool>(port_); }
 
   // Request sends a command with its input and receives the reply into `output`, whose content counts only on success.
   [[nodiscard]] bool Request(const wchar_t* command, std::span<const std::byte> input, std::span<std::byte> output);
@@ -30,6 +28,9 @@ class XcvPort {
   [[nodiscard]] std::optional<std::wstring> RequestText(const wchar_t* command);
 
  private:
+  void TraceRefusal(const wchar_t* command, std::uint32_t error) const;
+
+  std::wstring portName_;
   PrinterHandle port_;
 };
 

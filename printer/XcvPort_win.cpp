@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "Trace.h"
 #include "XcvHandleName.h"
 #include "XcvPort.h"
 
@@ -33,14 +34,19 @@ XcvReply Call(HANDLE port, const wchar_t* command, std::span<const std::byte> in
 
 }  // namespace
 
-XcvPort::XcvPort(std::wstring_view portName, std::wstring_view serverName, Access access) {
+XcvPort::XcvPort(std::wstring_view portName, std::wstring_view serverName, Access access) : portName_(portName) {
   std::wstring name = XcvHandleName(portName, serverName);
   PRINTER_DEFAULTSW defaults{nullptr, nullptr, SERVER_ACCESS_ENUMERATE};
-  OpenPrinterW(name.data(), port_.Receive(), access == Access::ServerEnumerate ? &defaults : nullptr);
+  if (OpenPrinterW(name.data(), port_.Receive(), access == Access::ServerEnumerate ? &defaults : nullptr)) return;
+  const DWORD error = GetLastError();
+  ZT_TRACE(Warning, "port " << portName_ << ": its monitor cannot be opened, error " << error);
 }
 
 bool XcvPort::Request(const wchar_t* command, std::span<const std::byte> input, std::span<std::byte> output) {
-  return port_ && Call(port_.Get(), command, input, output).error == ERROR_SUCCESS;
+  if (!port_) return false;
+  const DWORD error = Call(port_.Get(), command, input, output).error;
+  if (error != ERROR_SUCCESS) TraceRefusal(command, error);
+  return error == ERROR_SUCCESS;
 }
 
 std::optional<std::wstring> XcvPort::RequestText(const wchar_t* command) {
@@ -53,9 +59,17 @@ std::optional<std::wstring> XcvPort::RequestText(const wchar_t* command) {
     text.resize(reply.needed + 1);
     reply = Call(port_.Get(), command, {}, std::as_writable_bytes(std::span(text)).first(reply.needed));
   }
-  if (reply.error != ERROR_SUCCESS) return std::nullopt;
+  if (reply.error != ERROR_SUCCESS) {
+    TraceRefusal(command, reply.error);
+    return std::nullopt;
+  }
   text.resize(std::min(text.find(L'\0'), text.size()));
   return text;
+}
+
+void XcvPort::TraceRefusal(const wchar_t* command, std::uint32_t error) const {
+  ZT_TRACE(Warning,
+           "port " << portName_ << ": its monitor refused " << std::wstring_view(command) << ", error " << error);
 }
 
 }  // namespace zt

@@ -312,6 +312,11 @@ TEST_F(SpoolerQueries, ResolveTCPIPPort) {
       {L"absent", {}},
   };
   for (const auto& row : rows) EXPECT_EQ(ResolveTCPIPPort(row.port, L""), row.address) << row.port;
+  EXPECT_THAT(world->TraceTexts(), ElementsAre("3 port IP_STATUS: its monitor refused GetConfigInfo, error 5",
+                                               "3 port IP_FAIL: its monitor refused GetConfigInfo, error 5",
+                                               "3 port IP_CLOSED: its monitor cannot be opened, error 5",
+                                               "3 port LPT1:: its monitor refused GetConfigInfo, error 87",
+                                               "3 port absent: its monitor cannot be opened, error 1801"));
   EXPECT_TRUE(ResolveTCPIPPort(L"IP_1", L"\\\\print"));
   const std::vector<std::string> calls = world->Calls();
   EXPECT_THAT(calls, Contains("OpenPrinterW \",XcvPort IP_1\" access 2 datatype - -> ok"));
@@ -353,6 +358,7 @@ TEST_F(SpoolerQueries, ResolveWSDAddress) {
       {L"WSD-grown", L""},           {L"absent", L""},
   };
   for (const auto& row : rows) EXPECT_EQ(ResolveWSDAddress(row.port, L""), row.address) << row.port;
+  EXPECT_THAT(world->TraceTexts(), Contains("3 port WSD-nowhere: no address of device urn:uuid:unknown"));
   EXPECT_EQ(ResolveWSDAddress(L"WSD-1", L"\\\\print"), discovered);
   EXPECT_THAT(world->Calls(), Contains("OpenPrinterW \"\\\\print\\,XcvPort WSD-1\" -> ok"));
 }
