@@ -1,0 +1,112 @@
+#include "USBProtocol.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "USBPortName.h"
+
+namespace zt {
+namespace {
+
+TEST(USBPortNumber, Table) {
+  struct Row {
+    std::wstring_view name;
+    std::optional<std::uint32_t> number;
+  };
+  const Row rows[] = {
+      {L"USB001", 1},
+      {L"USB010", 10},
+      {L"DOT4_002", 2},
+      {L"a1b23", 23},
+      {L"12", 2},  // the first character never counts
+      {L"123", 23},
+      {L"X4294967295", 4294967295},
+      {L"X4294967296", std::nullopt},
+      {L"X99999999999999999999999999", std::nullopt},
+      {L"USB", std::nullopt},
+      {L"USB001:", std::nullopt},
+      {L"USB001 ", std::nullopt},
+      {L"1", std::nullopt},
+      {L"", std::nullopt},
+      {L"USB\x0661", std::nullopt},  // a digit of another script
+  };
+  for (const Row& row : rows) EXPECT_EQ(USBPortNumber(row.name), row.number);
+}
+
+TEST(USBStatus, AsleepWhenThreeBytesSaySo) {
+  EXPECT_TRUE(IsAsleep({0, 0xAA, 0xAA, 0xAA, 1, 2, 3, 4}));
+  for (const std::size_t awake : {1u, 2u, 3u}) {
+    USBStatus status = {0xAA, 0xAA, 0xAA, 0xAA, 0xAA, 0xAA, 0xAA, 0xAA};
+    status[awake] = 0xAB;
+    EXPECT_FALSE(IsAsleep(status));
+  }
+}
+
+TEST(SuppliesOfStatus, FourTonersInTwoFamilies) {
+  const USBStatus status = {0, 1, 2, 3, 40, 50, 60, 255};
+  const auto entry = [](SupplyKind kind, const char* level) {
+    return SupplyEntry{kind, {{SupplyAttribute::Level, level}}};
+  };
+  const std::vector<SupplyEntry> one = {entry(SupplyKind::Cyan, "40")};
+  const std::vector<SupplyEntry> four = {entry(SupplyKind::Cyan, "40"), entry(SupplyKind::Black, "50"),
+                                         entry(SupplyKind::Magenta, "60"), entry(SupplyKind::Yellow, "255")};
+  EXPECT_EQ(SuppliesOfStatus(status, ModelFamily::Unknown), one);
+  EXPECT_EQ(SuppliesOfStatus(status, ModelFamily::RV), one);
+  EXPECT_EQ(SuppliesOfStatus(status, ModelFamily::DWB), one);
+  EXPECT_EQ(SuppliesOfStatus(status, ModelFamily::PHT), four);
+  EXPECT_EQ(SuppliesOfStatus(status, ModelFamily::PHZ), four);
+}
+
+TEST(ReadCounterBlock, LargestAndTotal) {
+  std::vector<std::uint8_t> block = {0x01, 0x02, 0x03, 0x04, 0, 0, 0, 10, 0, 0, 0, 40, 0, 0, 0, 30, 0, 0, 0, 20, 0xFF};
+  EXPECT_EQ(ReadCounterBlock(block), (USBPageCounters{40, 0x01020304}));
+  block[16] = 0xFF;  // the last one, as an unsigned number
+  EXPECT_EQ(ReadCounterBlock(block), (USBPageCounters{0xFF000014, 0x01020304}));
+  for (std::size_t length = 0; length < 20; ++length) {
+    EXPECT_EQ(ReadCounterBlock(std::span(block).first(length)), std::nullopt) << length;
+  }
+}
+
+TEST(ReadFirmwareVersion, Table) {
+  struct Row {
+    std::string text;
+    std::string version;
+  };
+  const std::string marker = "Main Firmware Version@";
+  const std::string longVersion = "V1.2.3.4.5.6.7.8.9.10.11";
+  const Row rows[] = {
+      {"V1.2;x", "V1.2;x"},  // no marker: all of it
+      {"", ""},
+      {marker, ""},
+      {marker + "V1.00.00.12;Boot@V2", "V1.00.00.12;Boot@V2"},  // the ';' stands too far in front
+      {marker + longVersion + ";Boot@V2", longVersion},
+      {marker + std::string(22, 'v') + ";x", std::string(22, 'v')},
+      {marker + std::string(21, 'v') + ";x", std::string(21, 'v') + ";x"},
+      {marker + longVersion, longVersion},
+      // With something in front of the marker, as much is lost at the end.
+      {"ab" + marker + longVersion, longVersion.substr(2)},
+      {"ab" + marker + std::string(24, 'v') + ";x", std::string(24, 'v')},
+      {std::string(30, 'a') + marker + "V1", ""},
+      {marker + marker, marker},
+  };
+  for (const Row& row : rows) {
+    EXPECT_EQ(ReadFirmwareVersion(row.text), row.version) << row.text;
+    for (std::size_t length = 0; length < row.text.size(); ++length) ReadFirmwareVersion(row.text.substr(0, length));
+  }
+}
+
+TEST(TextOfReply, EndsAtTheFirstNul) {
+  const std::uint8_t reply[] = {'a', 'b', 0, 'c'};
+  EXPECT_EQ(TextOfReply(reply), "ab");
+  EXPECT_EQ(TextOfReply(std::span(reply).first(1)), "a");
+  EXPECT_EQ(TextOfReply({}), "");
+}
+
+TEST(DocumentLength, BigEndian) {
+  EXPECT_EQ(DocumentLength({9, 9, 9, 9, 9, 9, 9, 9, 9, 9, 9, 9, 0x01, 0x02, 0x03, 0x04}), 0x01020304u);
+  EXPECT_EQ(DocumentLength({0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0xFF, 0xFF, 0xFF, 0xFF}), 0xFFFFFFFFu);
+}
+
+}  // namespace
+}  // namespace zt
