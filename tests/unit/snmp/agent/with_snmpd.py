@@ -1,9 +1,9 @@
 #!/usr/bin/env python3
-"""with_snmpd.py COMMAND [ARG...]: runs COMMAND beside an SNMP agent on UDP port 161, in a network of its own
-(sim/in-namespace), and passes its exit code on.
+"""with_snmpd.py [--compare] COMMAND [ARG...]: runs COMMAND beside an SNMP agent on UDP port 161, in a network of its
+own (sim/in-namespace), and passes its exit code on.
 
-Everything on the wire is captured and decoded by tshark. COMMAND says on lines that begin with "PACKET " which packets
-it believes to have sent and received; the two must agree, packet by packet.
+With --compare, everything on the wire is captured and decoded by tshark. COMMAND says on lines that begin with
+"PACKET " which packets it believes to have sent and received; the two must agree, packet by packet.
 """
 
 import pathlib
@@ -72,41 +72,62 @@ def decoded_packets(capture):
     return lines
 
 
-def main():
-    with tempfile.TemporaryDirectory() as folder:
-        log = open(f"{folder}/log", "wb")
-        agent = subprocess.Popen(["snmpd", "-f", "-Lo", "-C", "-c", HERE / "snmpd.conf", "-I", "-smux",
-                                  "-p", f"{folder}/pid"], env={"PATH": "/usr/sbin:/usr/bin:/sbin:/bin", "MIBS": "",
-                                  "SNMP_PERSISTENT_DIR": folder}, stdout=log, stderr=log)
-        capture = f"{folder}/capture.pcap"
-        sniffer = None
-        try:
-            wait_for(agent_answers, "snmpd")
-            sniffer = subprocess.Popen(["dumpcap", "-q", "-P", "-i", "lo", "-f", "udp port 161", "-w", capture],
-                                       stdout=log, stderr=subprocess.PIPE, text=True)
-            for line in sniffer.stderr:  # It says "File:" when it is listening.
-                if line.startswith("File:"):
-                    break
-            time.sleep(0.2)
-            with open(f"{folder}/out", "wb") as out:
-                status = subprocess.run(sys.argv[1:], stdout=out, stdin=subprocess.DEVNULL).returncode
-            time.sleep(0.2)
-        finally:
-            for process in filter(None, (sniffer, agent)):
-                process.terminate()
-                process.wait()
+def start_agent(folder, log):
+    # An empty list of MIBs: names stay numbers, and nobody complains of missing files.
+    environment = {"PATH": "/usr/sbin:/usr/bin:/sbin:/bin", "MIBS": "", "SNMP_PERSISTENT_DIR": folder}
+    agent = subprocess.Popen(["snmpd", "-f", "-Lo", "-C", "-c", HERE / "snmpd.conf", "-I", "-smux",
+                              "-p", f"{folder}/pid"], env=environment, stdout=log, stderr=log)
+    wait_for(agent_answers, "snmpd")
+    return agent
 
-        output = pathlib.Path(f"{folder}/out").read_bytes().decode("latin-1").replace("\r\n", "\n")
-        print(output)
-        told = [line.removeprefix("PACKET ").strip() for line in output.splitlines() if line.startswith("PACKET ")]
-        seen = [line.strip() for line in decoded_packets(capture)]
-        for number in range(max(len(told), len(seen))):
-            pair = [lines[number] if number < len(lines) else "nothing" for lines in (told, seen)]
-            if pair[0] != pair[1]:
-                print(f"packet {number + 1}: the program tells\n  {pair[0]}\nand tshark reads\n  {pair[1]}")
-                status = status or 1
-        print(f"{len(seen)} packets on the wire, {len(told)} told by the program")
-        sys.exit(status)
+
+def start_capture(capture, log):
+    sniffer = subprocess.Popen(["dumpcap", "-q", "-P", "-i", "lo", "-f", "udp port 161", "-w", capture],
+                               stdout=log, stderr=subprocess.PIPE, text=True)
+    for line in sniffer.stderr:
+        if line.startswith("File:"):  # It is about to listen.
+            break
+    time.sleep(0.2)
+    return sniffer
+
+
+def run_captured(command, folder, log):
+    """Runs the command and compares what it tells with what was on the wire."""
+    capture = f"{folder}/capture.pcap"
+    sniffer = start_capture(capture, log)
+    try:
+        with open(f"{folder}/out", "wb") as out:
+            status = subprocess.run(command, stdout=out, stdin=subprocess.DEVNULL).returncode
+        time.sleep(0.2)
+    finally:
+        sniffer.terminate()
+        sniffer.wait()
+
+    output = pathlib.Path(f"{folder}/out").read_bytes().decode("latin-1").replace("\r\n", "\n")
+    print(output)
+    told = [line.removeprefix("PACKET ").strip() for line in output.splitlines() if line.startswith("PACKET ")]
+    seen = [line.strip() for line in decoded_packets(capture)]
+    for number in range(max(len(told), len(seen))):
+        pair = [lines[number] if number < len(lines) else "nothing" for lines in (told, seen)]
+        if pair[0] != pair[1]:
+            print(f"packet {number + 1}: the program tells\n  {pair[0]}\nand tshark reads\n  {pair[1]}")
+            status = status or 1
+    print(f"{len(seen)} packets on the wire, {len(told)} told by the program")
+    return status if seen else 1
+
+
+def main():
+    arguments = sys.argv[1:]
+    compares = arguments[:1] == ["--compare"]
+    with tempfile.TemporaryDirectory() as folder, open(f"{folder}/log", "wb") as log:
+        agent = start_agent(folder, log)
+        try:
+            if compares:
+                sys.exit(run_captured(arguments[1:], folder, log))
+            sys.exit(subprocess.run(arguments).returncode)
+        finally:
+            agent.terminate()
+            agent.wait()
 
 
 main()
