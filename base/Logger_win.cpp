@@ -102,7 +102,7 @@ void Logger::RotateWhenLarge() const {
   const KernelHandle inUse(CreateMutexW(nullptr, FALSE, L"_LOG___INUSE_"));
   if (GetLastError() == ERROR_ALREADY_EXISTS) return;
 
-  const auto copy = [&](int number) { return path_ + L"." + std::to_wstring(number); };
+  const auto copy = [&](int number) { return path_ + L"." + static_cast<wchar_t>(L'0' + number); };
   DeleteFileW(copy(oldestCopy).c_str());
   for (int number = oldestCopy - 1; number >= 0; --number) {
     MoveFileW(copy(number).c_str(), copy(number + 1).c_str());

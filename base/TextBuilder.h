@@ -3,9 +3,6 @@
 #include <concepts>
 #include <string>
 #include <string_view>
-#include <utility>
-
-#include "CodePage.h"
 
 namespace zt {
 
@@ -13,23 +10,28 @@ namespace zt {
 // to the program.
 class TextBuilder {
  public:
-  TextBuilder& operator<<(std::string_view text) {
-    text_ += text;
-    return *this;
-  }
+  // Out of line, all of it: the expression stands at every trace site.
+  TextBuilder();
+  ~TextBuilder();
+  TextBuilder(const TextBuilder&) = delete;
+  TextBuilder& operator=(const TextBuilder&) = delete;
+
+  TextBuilder& operator<<(std::string_view text);
+
   // Wide text is converted to the system ANSI code page.
-  TextBuilder& operator<<(std::wstring_view text) {
-    text_ += ToNarrow(text);
-    return *this;
-  }
+  TextBuilder& operator<<(std::wstring_view text);
+
   template <std::integral Number>
   requires(!std::same_as<Number, bool> && !std::same_as<Number, char> && !std::same_as<Number, wchar_t>) TextBuilder&
   operator<<(Number number) {
-    text_ += std::to_string(number);
-    return *this;
+    return *this << std::string_view(std::to_string(number));
   }
 
-  std::string Take() { return std::move(text_); }
+  // Text answers what was joined so far; it lives as long as the builder is left alone.
+  std::string_view Text() const { return text_; }
+
+  // Take moves the text out of the builder.
+  std::string Take();
 
  private:
   std::string text_;

@@ -43,6 +43,6 @@ class ScopedLogger {
 #define ZT_TRACE(severity, text)                                                                            \
   do {                                                                                                      \
     if (::zt::traceLevel >= static_cast<unsigned>(::zt::Severity::severity)) {                              \
-      ::zt::WriteTrace(::zt::Severity::severity, __FILE__, __LINE__, (::zt::TextBuilder() << text).Take()); \
+      ::zt::WriteTrace(::zt::Severity::severity, __FILE__, __LINE__, (::zt::TextBuilder() << text).Text()); \
     }                                                                                                       \
   } while (false)

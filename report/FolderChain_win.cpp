@@ -10,7 +10,7 @@ void CreateFolderChain(const std::wstring& folder) {
     if (CreateDirectoryW(folder.substr(0, end).c_str(), nullptr)) continue;
     const DWORD error = GetLastError();
     if (error != ERROR_PATH_NOT_FOUND) continue;
-    WriteDebug(L"LE : " + std::to_wstring(error));
+    WriteDebug("LE : " + std::to_string(error));
     return;
   }
   CreateDirectoryW(folder.c_str(), nullptr);
