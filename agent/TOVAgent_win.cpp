@@ -12,11 +12,14 @@
 #include <string_view>
 #include <vector>
 
+#include "AgreementDialog.h"
 #include "CommandLine.h"
 #include "ConfirmBox.h"
 #include "DriverModel.h"
+#include "Installer.h"
 #include "Logger.h"
 #include "ModulePath.h"
+#include "PPAProcessor.h"
 #include "PrinterInformation.h"
 #include "ProgramFlags.h"
 #include "ProtectionGuard.h"
@@ -78,7 +81,7 @@ class Agent {
 
   // RunProductProtection answers whether the process goes on. While another process is at work on the queue, the run is
   // left out without a word.
-  bool RunProductProtection() {
+  bool RunProductProtection(const std::wstring& language) {
     {
       const ProtectionGuard guard(queueName_);
       if (guard.HeldByAnother()) return true;
@@ -89,6 +92,8 @@ class Agent {
         return false;
       }
       server_.SetAgreement(ReadStoredAgreement(std::wstring(ModelOfDriver(queue_.DriverName()))));
+      PPAProcessor(ConfirmSending, ShowAgreementDialog)
+          .Run({.showResult = flags_.showResultBeforeSend, .language = language}, Provider(), server_, skipChecker_);
     }
     WriteDebug("[ZT] refill - end");
     return true;
@@ -144,12 +149,14 @@ bool RunProgram() {
     ZT_TRACE(Information, "wait...");
     instanceHandler.WaitForPrevious(previousInstanceAttempts, SleepMilliseconds);
     ZT_TRACE(Information, "uninstall");
+    Uninstall(program.baseName);
     return false;
   }
   if (commandLine.Has(L"Install")) {
     ZT_TRACE(Information, "wait...");
     instanceHandler.WaitForPrevious(previousInstanceAttempts, SleepMilliseconds);
     ZT_TRACE(Information, "install");
+    Install(program);
     return false;
   }
   if (commandLine.Has(L"ShowTest")) {
@@ -185,7 +192,7 @@ bool RunProgram() {
   }
 
   Agent agent(*queueName, program.baseName, std::move(flags), queue, settings);
-  if (runs.productProtection && !agent.RunProductProtection()) return false;
+  if (runs.productProtection && !agent.RunProductProtection(commandLine.Value(L"Lang").value_or(L"EN"))) return false;
   return !runs.printVolume || agent.RunPrintVolume();
 }
 

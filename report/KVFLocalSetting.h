@@ -33,6 +33,10 @@ class KVFLocalSetting {
   // everyone. Bytes of a longer old file stay behind the new text. False when the file cannot be written.
   bool Save(const std::wstring& path) const;
 
+  // CreateSettingsFile makes sure that the file exists, with full access for everyone where it is new. Its content is
+  // left alone.
+  void CreateSettingsFile() const;
+
   // DeleteSettingsFile removes the file; false, with a trace line, when that fails.
   bool DeleteSettingsFile();
 

@@ -33,8 +33,16 @@ std::wstring SettingsPath(const std::wstring& folder, std::string_view name) {
   return path;
 }
 
+FileHandle OpenExclusively(const std::wstring& path, DWORD disposition) {
+  return FileHandle(CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, disposition, FILE_ATTRIBUTE_NORMAL, nullptr));
+}
+
+// A new file is opened to everyone, or the first agent of an administrator would lock out those of other users.
 FileHandle OpenForWriting(const std::wstring& path) {
-  return FileHandle(CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+  if (FileHandle existing = OpenExclusively(path, OPEN_EXISTING)) return existing;
+  if (!OpenExclusively(path, OPEN_ALWAYS)) return FileHandle();
+  GrantEveryoneFullAccess(path);
+  return OpenExclusively(path, OPEN_ALWAYS);
 }
 
 // A file that is there must be writable, or a run would repeat its work for ever without remembering it.
@@ -46,7 +54,7 @@ bool IsLocked(const std::wstring& path) {
   } else if (attributes & FILE_ATTRIBUTE_DIRECTORY) {
     return false;
   }
-  return !OpenForWriting(path);
+  return !OpenExclusively(path, OPEN_ALWAYS);
 }
 
 std::optional<std::string> ReadAll(const FileHandle& file) {
@@ -105,13 +113,12 @@ void KVFLocalSetting::SetValue(std::string_view section, std::string_view key, s
 bool KVFLocalSetting::Save(const std::wstring& path) const {
   WriteDebug(path);
   // The file is not truncated, on purpose: a process that dies while it writes must not leave an empty history.
-  FileHandle file = OpenForWriting(path);
-  if (!file) return false;
-  const bool created = GetLastError() != ERROR_ALREADY_EXISTS;
-  const bool written = WriteAll(file, FormatIni(sections_));
-  file.Reset();
-  if (created) GrantEveryoneFullAccess(path);
-  return written;
+  const FileHandle file = OpenForWriting(path);
+  return file && WriteAll(file, FormatIni(sections_));
+}
+
+void KVFLocalSetting::CreateSettingsFile() const {
+  if (!path_.empty()) OpenForWriting(path_);
 }
 
 bool KVFLocalSetting::DeleteSettingsFile() {
