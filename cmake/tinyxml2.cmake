@@ -10,7 +10,8 @@ if(NOT tinyxml2_FOUND)
   add_library(tinyxml2 STATIC "${ZT_TINYXML2_SOURCE_DIR}/tinyxml2.cpp")
   target_include_directories(tinyxml2 SYSTEM PUBLIC "${ZT_TINYXML2_SOURCE_DIR}")
   if(MINGW)
-    # With -flto: the linker keeps every function that has unwind information, called or not; of this library a third is called.
+    # With -flto: the linker keeps every function that has unwind information,
+    # called or not; of this library a third is called.
     target_compile_options(tinyxml2 PRIVATE -Os -flto -include "${CMAKE_CURRENT_LIST_DIR}/tinyxml2_mingw.h")
   endif()
   add_library(tinyxml2::tinyxml2 ALIAS tinyxml2)
