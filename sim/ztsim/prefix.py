@@ -18,6 +18,7 @@ class Prefix:
 
     def __init__(self, folder: Path):
         self.folder = folder
+        self._running = False
         template = subprocess.run([SIM / "wine-template"], check=True, capture_output=True, text=True).stdout.strip()
         subprocess.run([SIM / "clone-prefix", template, folder], check=True)
 
@@ -38,7 +39,7 @@ class Prefix:
         with open(self.folder / "system.reg", "a", encoding="utf-8") as file:
             file.write("\n[%s] 0\n" % key.replace("\\", "\\\\"))
             for name, value in values.items():
-                file.write('"%s"=%s\n' % (_escape(name), _reg_text(value)))
+                file.write('"%s"=%s\n' % (_escape(name), reg_text(value)))
 
     def registry(self, key: str) -> dict[str, str] | None:
         r"""The values under HKEY_LOCAL_MACHINE\key as Wine writes them; None without the key. Windows must not be running."""
@@ -54,14 +55,29 @@ class Prefix:
                 found[match[1]] = match[2]
         return found
 
-    def start_server(self) -> None:
-        """Starts Wine's server if it does not run yet. Two programs that each start it at once get in each other's way."""
+    def start_windows(self, environment: dict[str, str]) -> None:
+        """Starts Wine's server and its services if they do not run yet.
+
+        Two programs that each start them at once get in each other's way. And the services inherit the output of the
+        program that starts them: what they say, a crash of theirs for example, must not pass for the agent's.
+        """
+        if self._running:
+            return
         self._server("-p")
+        subprocess.run(
+            ["wine", "hostname"],
+            env=environment | {"WINEDEBUG": "-all"},
+            stdin=subprocess.DEVNULL,
+            stdout=subprocess.DEVNULL,
+            stderr=subprocess.DEVNULL,
+        )
+        self._running = True
 
     def stop_windows(self) -> None:
         """Ends every process of this prefix; the registry is written to its files."""
         self._server("-k")
         self._server("-w")
+        self._running = False
 
     def kill_windows(self) -> None:
         """Ends every process of this prefix at once; what Windows has not written yet is lost."""
@@ -90,7 +106,8 @@ def _escape(text: str) -> str:
     return text.replace("\\", "\\\\").replace('"', '\\"')
 
 
-def _reg_text(value: object) -> str:
+def reg_text(value: object) -> str:
+    """A value as files of the registry have it."""
     if isinstance(value, int):
         return "dword:%08x" % value
     if isinstance(value, str):

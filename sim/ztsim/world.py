@@ -132,10 +132,14 @@ class World:
 
     def start(self, *arguments: str, program: str = "ZT.exe") -> "Run":
         """Starts the agent and leaves it running."""
-        self.prefix.start_server()
+        self.start_windows()
         run = Run(self, [f"C:\\agent\\{program}", *arguments], len(self._started))
         self._started.append(run)
         return run
+
+    def start_windows(self) -> None:
+        """Starts what every Windows runs before any program; start() does it, too."""
+        self.prefix.start_windows(self.environment())
 
     def environment(self) -> dict[str, str]:
         overrides = ";".join(f"{library}={mode}" for library, mode in self.overrides.items())

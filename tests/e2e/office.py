@@ -1,19 +1,44 @@
-"""The office that the end-to-end tests work in: a queue on a TCP/IP port, and runs of the agent against it."""
+"""The office that the end-to-end tests work in: a Windows with a queue on a TCP/IP port, a printer, a report server, and
+runs of the agent against them.
 
+Start the tests of a file through sim/in-namespace, in this folder:
+
+    ../../sim/in-namespace python3 -m unittest -v test_entry
+"""
+
+import subprocess
+import sys
+import threading
 import unittest
+from collections.abc import Iterator
+from pathlib import Path
 
-from ztsim.world import Result, World
+HERE = Path(__file__).resolve().parent
+SIM = HERE.parents[1] / "sim"
+PRINTERS = SIM / "printers"
+sys.path[:0] = [str(folder) for folder in (SIM, SIM / "snmp-agent", SIM / "report-server")]
+
+import answers  # noqa: E402
+from hostile import HostileAgent  # noqa: E402
+from report_server import ReportServer  # noqa: E402
+from snmp_agent import start_agent  # noqa: E402
+from ztsim.prefix import reg_text  # noqa: E402
+from ztsim.world import BUILD, FLAGS, LOGGER, Result, Run, World  # noqa: E402
 
 QUEUE = "Office"
 DRIVER = "Velnora RV-2160 PCL"
+PRINTER = "127.0.0.1"
+SERVER_PORT = 8080
+SERVER_URL = f"http://127.0.0.1:{SERVER_PORT}/web/"
+HOLD = BUILD / "tests" / "e2e" / "zt-hold.exe"
 
 
 def queue_script(
     name: str = QUEUE,
     driver: str = DRIVER,
-    port: str = "IP_127.0.0.1",
+    port: str = "IP_OFFICE",
     jobs: str = "0",
-    address: str = "127.0.0.1",
+    address: str = PRINTER,
     more_of_queue: str = "",
     more_of_port: str = "",
 ) -> str:
@@ -32,25 +57,185 @@ address = {address}
 """
 
 
+def history(**keys: str) -> str:
+    """The text of a settings file with these keys in its history."""
+    return "[History]\r\n" + "".join(f"{key}={value}\r\n" for key, value in keys.items())
+
+
 class OfficeTestCase(unittest.TestCase):
-    """A test with Windows worlds of its own, in which the trace log is on."""
+    """Tests in one Windows. Each begins with the usual queue, the trace log at level 4, no program flag but the report
+    server's URL, and without a settings file."""
 
-    def make_world(self, spooler: str = queue_script(), level: object = 4, **flags: object) -> World:
-        world = World()
-        self.addCleanup(world.__exit__, None, None, None)
-        world.spooler(spooler)
-        world.log_to(level)
-        if flags:
-            world.flags(**flags)
-        return world
+    world: World
 
-    def run_agent(self, world: World, *arguments: str) -> Result:
-        """Starts the agent for the queue and checks what holds for every run: exit code 0 and no handle left."""
-        result = world.run("-QName", QUEUE, *arguments)
+    @classmethod
+    def setUpClass(cls) -> None:
+        cls.world = World()
+        cls.addClassCleanup(cls.world.__exit__, None, None, None)
+        cls.world.log_to(4)
+        cls.world.flags(URL=SERVER_URL)
+        cls._flags = {"URL": SERVER_URL}
+
+    def setUp(self) -> None:
+        self.world.spooler(queue_script())
+        self.set_flags()
+        self.forget()
+
+    # What surrounds the agent
+
+    def set_flags(self, **flags: object) -> None:
+        """Gives the agent these program flags and no others; the URL stays unless it is given, None takes it away."""
+        flags = {name: value for name, value in ({"URL": SERVER_URL} | flags).items() if value is not None}
+        if flags != type(self)._flags:
+            self.set_registry(FLAGS, flags)
+            type(self)._flags = flags
+
+    def set_logger(self, **values: object) -> None:
+        """Gives the trace log other settings for the rest of the test."""
+        self.set_registry(LOGGER, values)
+        self.addCleanup(self.set_registry, LOGGER, {"Level": 4, "File": r"C:\zt.log"})
+
+    def set_registry(self, key: str, values: dict[str, object]) -> None:
+        r"""Replaces the values under HKEY_LOCAL_MACHINE\key while Windows runs."""
+        lines = [f"[-HKEY_LOCAL_MACHINE\\{key}]", f"[HKEY_LOCAL_MACHINE\\{key}]"]
+        lines += [f'"{name}"={reg_text(value)}' for name, value in values.items()]
+        (self.world.prefix.drive / "values.reg").write_text("\r\n".join(["Windows Registry Editor Version 5.00", "", *lines, ""]), encoding="utf-16")
+        self.wine("reg", "import", r"C:\values.reg")
+
+    def wine(self, *command: str) -> None:
+        """Runs a program of Windows' own."""
+        subprocess.run(
+            ["wine", *command],
+            env=self.world.environment() | {"WINEDEBUG": "-all"},
+            stdin=subprocess.DEVNULL,
+            stdout=subprocess.DEVNULL,
+            stderr=subprocess.DEVNULL,
+            check=True,
+        )
+
+    def forget(self) -> None:
+        """Takes the settings file away, and with it the agent's history."""
+        self.world.settings_file.unlink(missing_ok=True)
+
+    def snmp_printer(self, model: str = "colour", **options: object):
+        """A printer with a real SNMP agent, until the end of the test."""
+        return self.enterContext(start_agent(PRINTERS / f"{model}.mib", **options))
+
+    def scripted_printer(self, model: str = "colour", **options: object) -> HostileAgent:
+        """A printer that can misbehave, until the end of the test."""
+        return self.enterContext(HostileAgent(PRINTERS / f"{model}.mib", **options))
+
+    def report_server(self, **options: object) -> ReportServer:
+        """The report server that the usual URL leads to, until the end of the test."""
+        return self.enterContext(ReportServer(**({"port": SERVER_PORT} | options)))
+
+    def hold(self, what: str, name: str) -> "Holder":
+        """Another program of the same Windows that has something: see hold/Hold_win.cpp."""
+        return self.enterContext(Holder(self.world, what, name))
+
+    # Runs
+
+    def run_agent(self, *arguments: str) -> Result:
+        """Starts the agent for the queue and checks what holds for every run."""
+        return self.finish(self.start_agent(*arguments))
+
+    def start_agent(self, *arguments: str) -> Run:
+        return self.world.start("-QName", QUEUE, *arguments)
+
+    def finish(self, run: Run, timeout: float = 60) -> Result:
+        """Waits for the end of a run: exit code 0, no crash, and no handle left in the spooler."""
+        result = run.wait(timeout)
         self.assertEqual(result.exit_code, 0)
-        self.assertEqual(set(world.spooler_handles_left) - {0}, set())
+        self.assertEqual(set(self.world.spooler_handles_left) - {0}, set())
         return result
 
-    def assert_ends_with(self, result: Result, *texts: str) -> None:
-        """The last lines of the run's trace log, as severity and message."""
+    # What a run leaves behind
+
+    def settings(self) -> dict[str, dict[str, str]]:
+        """ZT.ini as sections of keys; its text must be of the form that the agent writes."""
+        sections: dict[str, dict[str, str]] = {}
+        for line in self.world.settings.split("\r\n")[:-1]:
+            if line.startswith("["):
+                section = sections.setdefault(line.strip("[]"), {})
+            else:
+                key, _, value = line.partition("=")
+                section[key] = value
+        return sections
+
+    def assert_recorded(self, **keys: str | None) -> None:
+        """The history holds these keys and no others. None stands for a time of this test: within the last minutes."""
+        recorded = self.settings().get("History", {})
+        self.assertEqual(set(recorded), set(keys))
+        for key, value in keys.items():
+            if value is None:
+                self.assert_is_recent(recorded[key])
+            else:
+                self.assertEqual(recorded[key], value)
+
+    def assert_is_recent(self, text: str) -> None:
+        self.assertRegex(text, r"^\d{4}-\d\d-\d\d \d\d:\d\d:\d\d$")
+        self.assertLessEqual(self.world.time_text(days_ago=5 / 1440), text)
+        self.assertLessEqual(text, self.world.time_text())
+
+    def assert_ends_with(self, result: Result, *texts: str, marker: bool = True) -> None:
+        """The last lines of the run's trace log, as severity and message, and whether the end marker was written."""
         self.assertEqual(result.log_texts[-len(texts) :], list(texts))
+        self.assertIn("ZOLT - start", result.debug)
+        self.assertEqual("ZOLT - end" in result.debug, marker)
+
+
+class Holder:
+    """Another program that holds a file or a named object, within a with block."""
+
+    def __init__(self, world: World, what: str, name: str):
+        world.install(HOLD)
+        world.start_windows()
+        # The one line that comes is read from a pipe; nobody waits for the pipe's end.
+        self._process = subprocess.Popen(
+            ["wine", r"C:\agent\zt-hold.exe", what, name],
+            env=world.environment() | {"WINEDEBUG": "-all"},
+            stdin=subprocess.PIPE,
+            stdout=subprocess.PIPE,
+            stderr=subprocess.DEVNULL,
+        )
+        if self._process.stdout.readline().strip() != b"held":
+            raise AssertionError(f"cannot hold {what} {name}")
+
+    def release(self) -> None:
+        self._process.stdin.close()
+        self._process.wait()
+
+    def __enter__(self) -> "Holder":
+        return self
+
+    def __exit__(self, *_: object) -> None:
+        self.release()
+        self._process.stdout.close()
+
+
+class Gate:
+    """An answer of the report server that is held back until somebody opens the gate.
+
+        gate = Gate(answers.upload())
+        server.answer("Connector.aspx", gate.answer)
+        run = self.start_agent()
+        gate.wait_for_visitor()
+        gate.open()
+    """
+
+    def __init__(self, answer: answers.Answer):
+        self._content = answer.content()
+        self._reached, self._opened = threading.Event(), threading.Event()
+        self.answer = answers.Answer(self)
+
+    def __iter__(self) -> Iterator[bytes]:
+        self._reached.set()
+        self._opened.wait(60)
+        yield self._content
+
+    def wait_for_visitor(self) -> None:
+        if not self._reached.wait(30):
+            raise AssertionError("nobody came to ask")
+
+    def open(self) -> None:
+        self._opened.set()
