@@ -94,7 +94,7 @@ extern "C" BOOL WINAPI EnumJobsW(HANDLE printer, DWORD first, DWORD count, DWORD
   }
   const BOOL answered = block.Answer(call, buffer, size, needed, returned);
   // The queue goes on only when it was really seen: asking for the size is no poll.
-  if (answered) queue->Next(L"jobs");
+  if (answered && buffer) queue->Next(L"jobs");
   return answered;
 }
 
