@@ -72,6 +72,16 @@ std::string numericText(const SocketAddress& address) {
   return error == 0 ? text.data() : std::string();
 }
 
+std::string linkLocalText(const SocketAddress& address) {
+  sockaddr_in6 native{};
+  if (address.family != Family::IPv6 || address.length < sizeof(native)) return {};
+  std::memcpy(&native, address.storage.data(), sizeof(native));
+  const std::string text = numericText(address);
+  if (native.sin6_scope_id == 0 || !text.starts_with("fe80:")) return {};
+  // Some systems render the zone as a name; its number is the same for all.
+  return text.substr(0, text.find('%')) + '%' + std::to_string(native.sin6_scope_id);
+}
+
 void setScope(SocketAddress& address, std::uint32_t scope) {
   sockaddr_in6 native{};
   if (address.family != Family::IPv6 || address.length < sizeof(native)) return;

@@ -42,6 +42,10 @@ enum class LookupResult { Found, NoData, Failed };
 /// numericText renders an address without its port, for IPv6 with its zone; empty when the system cannot.
 [[nodiscard]] std::string numericText(const SocketAddress& address);
 
+/// linkLocalText renders a link-local IPv6 address with the number of its zone ("fe80::1%12"); empty for all others and
+/// for an address without zone.
+[[nodiscard]] std::string linkLocalText(const SocketAddress& address);
+
 /// setScope puts the zone index into an IPv6 address.
 void setScope(SocketAddress& address, std::uint32_t scope);
 
@@ -49,8 +53,8 @@ void setScope(SocketAddress& address, std::uint32_t scope);
 /// this machine does not know its name.
 [[nodiscard]] LookupResult localAddresses(std::vector<SocketAddress>& found);
 
-/// linkLocalAddresses answers the numeric texts of this machine's link-local IPv6 addresses with their zones
-/// ("fe80::1%12"); none when the system cannot tell.
+/// linkLocalAddresses answers the link-local IPv6 addresses of this machine as `linkLocalText`; none when the system
+/// cannot tell.
 [[nodiscard]] std::vector<std::string> linkLocalAddresses();
 
 /// isMappingPresent answers whether shared memory of this name and size can be opened and read.

@@ -7,7 +7,6 @@
 
 #include <array>
 #include <cerrno>
-#include <cstring>
 #include <memory>
 
 #include "Sockets.h"
@@ -68,14 +67,8 @@ std::vector<std::string> linkLocalAddresses() {
   std::vector<std::string> texts;
   const auto list = listInterfaces();
   for (const ifaddrs* entry = list.get(); entry != nullptr; entry = entry->ifa_next) {
-    sockaddr_in6 native{};
-    const auto address = addressOf(*entry);
-    if (address.family != Family::IPv6) continue;
-    std::memcpy(&native, address.storage.data(), sizeof(native));
-    if (!IN6_IS_ADDR_LINKLOCAL(&native.sin6_addr)) continue;
-    // Zones have names here; the number is the same on every system.
-    std::string text = numericText(address);
-    texts.push_back(text.substr(0, text.find('%')) + '%' + std::to_string(native.sin6_scope_id));
+    std::string text = linkLocalText(addressOf(*entry));
+    if (!text.empty()) texts.push_back(std::move(text));
   }
   return texts;
 }

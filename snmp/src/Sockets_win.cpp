@@ -72,8 +72,8 @@ std::vector<std::string> linkLocalAddresses() {
     for (const auto* unicast = adapter->FirstUnicastAddress; unicast != nullptr; unicast = unicast->Next) {
       const auto& native = unicast->Address;
       std::string text =
-          numericText(toSocketAddress(native.lpSockaddr, static_cast<std::size_t>(native.iSockaddrLength)));
-      if (text.starts_with("fe80:") && text.find('%') != std::string::npos) texts.push_back(std::move(text));
+          linkLocalText(toSocketAddress(native.lpSockaddr, static_cast<std::size_t>(native.iSockaddrLength)));
+      if (!text.empty()) texts.push_back(std::move(text));
     }
   }
   return texts;

@@ -96,7 +96,8 @@ class ZTSNMP_API SNMPManager {
   /// keepAlive needs the trap service as well: -1.
   int keepAlive(ReqRespPDU& pdu, const char* text, unsigned long interval) noexcept;
 
-  /// getAvailableProtocols answers the transports that work on this machine, as bits of EnumProtocol.
+  /// getAvailableProtocols answers the transports that work on this machine, as bits of EnumProtocol: a transport works
+  /// when a probe of a few bytes could be broadcast with it (UDP port 3301).
   [[nodiscard]] unsigned long getAvailableProtocols() noexcept;
 
  private:
