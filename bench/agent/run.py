@@ -1,0 +1,95 @@
+"""The figures of the agent: size, imported libraries, peak memory, and the time of a run beside its floor.
+
+    cmake --build --preset windows && sim/in-namespace python3 bench/agent/run.py
+
+The floor is a minimal Windows program in the same world that makes as many bare UDP round trips to the same SNMP agent as the
+run makes SNMP exchanges. Times are of whole processes, start and end included; medians of RUNS runs, taken in turn.
+"""
+
+import statistics
+import subprocess
+import sys
+import time
+from pathlib import Path
+
+ROOT = Path(__file__).resolve().parent.parent.parent
+sys.path[:0] = [str(ROOT / "sim"), str(ROOT / "sim" / "snmp-agent"), str(ROOT / "sim" / "report-server")]
+
+from hostile import HostileAgent  # noqa: E402
+from report_server import ReportServer  # noqa: E402
+from snmp_agent import start_agent  # noqa: E402
+from ztsim.world import AGENT, BUILD, World  # noqa: E402
+
+RUNS = 31
+PRINTER = ROOT / "sim" / "printers" / "colour.mib"
+SPOOLER = """[queue Office]
+driver = Velnora RV-2160 PCL
+port = IP_127.0.0.1
+
+[port IP_127.0.0.1]
+monitor = TCPMON.DLL
+address = 127.0.0.1
+"""
+
+
+def seconds_of(world: World, program: str, *arguments: str) -> float:
+    """The time of one process."""
+    begun = time.perf_counter()
+    result = world.run(*arguments, program=program)
+    seconds = time.perf_counter() - begun
+    if result.exit_code != 0:
+        sys.exit(f"{program} failed: {result.stderr[-500:]}")
+    return seconds
+
+
+def peak_of(world: World, program: str, *arguments: str) -> float:
+    """The largest resident memory of one process in MiB, Wine's own libraries included, looked at every millisecond."""
+    run = world.start(*arguments, program=program)
+    peak = 0
+    while run.process.poll() is None:
+        status = Path(f"/proc/{run.process.pid}/status").read_text()
+        # Before Wine has taken the process over it is this program's.
+        if "ZT.exe" in status or "udp_floor" in status:
+            peak = max([peak, *(int(line.split()[1]) for line in status.splitlines() if line.startswith("VmHWM"))])
+        time.sleep(0.001)
+    return peak / 1024
+
+
+def count_exchanges(world: World) -> int:
+    with HostileAgent(PRINTER) as printer:
+        world.run("-QName", "Office")
+        return len(printer.requests)
+
+
+def main() -> None:
+    listing = subprocess.run(["x86_64-w64-mingw32-objdump", "-p", AGENT], capture_output=True, text=True, check=True).stdout
+    libraries = [line.split(":")[1].strip() for line in listing.splitlines() if "DLL Name:" in line]
+    print(f"size of ZT.exe          {AGENT.stat().st_size} bytes")
+    print(f"imported libraries      {', '.join(libraries)}")
+
+    with World() as world, ReportServer() as server:
+        world.spooler(SPOOLER)
+        world.flags(URL=server.url, DontCheckSkip=1)
+        world.install(BUILD / "bench" / "agent" / "udp_floor.exe")
+        exchanges = count_exchanges(world)
+        with start_agent(PRINTER):
+            commands = {
+                "full run": ("ZT.exe", "-QName", "Office"),
+                f"floor, {exchanges} round trips": ("udp_floor.exe", str(exchanges)),
+                "floor, no round trip": ("udp_floor.exe", "0"),
+            }
+            times = {name: [] for name in commands}
+            for _ in range(RUNS):
+                for name, command in commands.items():
+                    times[name].append(seconds_of(world, *command) * 1000)
+            peaks = {name: max(peak_of(world, *command) for _ in range(5)) for name, command in commands.items()}
+        posted = sum(request.page == "Connector.aspx" for request in server.requests)
+
+    print(f"SNMP exchanges of a run {exchanges}; reports posted {posted} in {RUNS + 6} runs")
+    for name, taken in times.items():
+        spread = f"{min(taken):.1f} to {max(taken):.1f}"
+        print(f"{name:<24}{statistics.median(taken):7.1f} ms ({spread}), peak {peaks[name]:.1f} MiB")
+
+
+if __name__ == "__main__":
+    main()
