@@ -1,6 +1,7 @@
 #include "PrinterSNMPClient.h"
 
 #include <charconv>
+#include <utility>
 
 #include "Text.h"
 #include "Trace.h"
@@ -12,6 +13,9 @@ namespace zt {
 namespace {
 
 constexpr std::size_t kMaximumRows = 4096;
+// A printer with a handful of supplies needs 15 seconds when each answer comes just in time. One that has thousands of
+// rows to tell that slowly would hold the run, and all that wait for it, for hours.
+constexpr std::chrono::minutes kLongestWalk{1};
 constexpr int kNoSuchName = 2;  // RFC 1157, section 4.1.2: no object of that name, or none behind it
 
 std::optional<std::string> TextOf(const SNMPDataType& value) {
@@ -55,7 +59,7 @@ bool IsUnder(std::string_view name, std::string_view column) {
 
 }  // namespace
 
-PrinterSNMPClient::PrinterSNMPClient() {
+PrinterSNMPClient::PrinterSNMPClient(SteadyNow now) : now_(std::move(now)) {
   target_.setRetryCount(0);
   target_.setTimeout(3);
   target_.setReadCommunity("public");
@@ -149,6 +153,7 @@ template <class Add>
 bool PrinterSNMPClient::Walk(const char* column, Add add) {
   binding_.setOID(OID(column));
   std::vector<std::uint32_t> last = ArcsOf(column);
+  const auto end = now_() + kLongestWalk;
   for (std::size_t rows = 0;; ++rows) {
     // The list is set anew for each row: the answer before has left its value in it, and an empty text is refused in a
     // request.
@@ -166,6 +171,10 @@ bool PrinterSNMPClient::Walk(const char* column, Add add) {
     }
     if (rows == kMaximumRows) {
       ZT_TRACE(Warning, "too many rows in walk of " << column);
+      return false;
+    }
+    if (now_() > end) {
+      ZT_TRACE(Warning, "too slow a walk of " << column << ", given up after rows: " << rows);
       return false;
     }
     if (!add(row.getValue())) return false;

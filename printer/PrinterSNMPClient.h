@@ -1,6 +1,8 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <span>
 #include <string>
@@ -19,7 +21,9 @@ namespace zt {
 // outputs alone if not. SNMPStartup must have been called.
 class PrinterSNMPClient {
  public:
-  PrinterSNMPClient();
+  using SteadyNow = std::function<std::chrono::steady_clock::time_point()>;
+
+  explicit PrinterSNMPClient(SteadyNow now = std::chrono::steady_clock::now);
 
   // Initialize sets the printer's address: a host name or an IPv4 or IPv6 address. False for an empty one.
   bool Initialize(const std::string& address);
@@ -39,8 +43,8 @@ class PrinterSNMPClient {
   std::vector<std::optional<std::string>> GetSeveral(std::span<const char* const> names);
 
   // WalkIntegers and WalkTexts read a column of a table, in the order of its rows. A column without rows is a success.
-  // They fail when the printer stops answering, or answers a value of another type, a name that does not increase, or
-  // more than 4096 rows.
+  // They fail when the printer stops answering, or answers a value of another type, a name that does not increase, more
+  // than 4096 rows, or rows for more than a minute.
   bool WalkIntegers(const char* column, std::vector<std::int32_t>& numbers);
   bool WalkTexts(const char* column, std::vector<std::string>& texts);
 
@@ -54,6 +58,7 @@ class PrinterSNMPClient {
   template <class Add>
   bool Walk(const char* column, Add add);
 
+  SteadyNow now_;
   SNMPManager manager_;
   Target target_;
   ReqRespPDU pdu_;

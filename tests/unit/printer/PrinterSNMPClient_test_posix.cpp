@@ -163,6 +163,22 @@ TEST_F(PrinterSNMPClientTest, WalkIsBounded) {
   EXPECT_EQ(trace.Texts(), std::vector<std::string>{"3 too many rows in walk of " + std::string(kColumn)});
 }
 
+TEST_F(PrinterSNMPClientTest, WalkTakesAMinuteAtMost) {
+  using std::chrono_literals::operator""s;
+  std::chrono::steady_clock::time_point time;
+  PrinterSNMPClient slow([&time] { return time += 20s; });
+  slow.Initialize("127.0.0.1");
+  peer.SetColumn<std::int32_t>(kColumn, {1, 2, 3});
+  std::vector<std::int32_t> numbers;
+  EXPECT_TRUE(slow.WalkIntegers(kColumn, numbers));
+
+  peer.SetColumn<std::int32_t>(kColumn, {1, 2, 3, 4});
+  EXPECT_FALSE(slow.WalkIntegers(kColumn, numbers));
+  EXPECT_THAT(numbers, ElementsAre(1, 2, 3));
+  EXPECT_EQ(trace.Texts(),
+            std::vector<std::string>{"3 too slow a walk of " + std::string(kColumn) + ", given up after rows: 3"});
+}
+
 // The one test that waits for the real time-out.
 TEST_F(PrinterSNMPClientTest, SilenceIsAFailure) {
   peer.SetColumn<std::int32_t>(kColumn, {1, 2});
