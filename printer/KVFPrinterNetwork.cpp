@@ -227,11 +227,13 @@ HResult KVFPrinterNetwork::FetchUsageDocument(ReportRecord& record, std::string&
 }
 
 HResult KVFPrinterNetwork::AssembleRecord(ZOLTInformation& record, std::string& errorText) {
+  // First what ends the collection, and costs one request at most: the tables cost dozens.
+  if (const HResult result = ReadIdentity(record, errorText); !Succeeded(result)) return result;
+
   std::vector<SupplyEntry> toners;
   ReadToners(toners, errorText);
   for (const SupplyEntry& toner : toners) record.AddToner(TonerOf(toner));
 
-  if (const HResult result = ReadIdentity(record, errorText); !Succeeded(result)) return result;
   std::string text;
   if (Succeeded(GetFirmwareVersion(text))) {
     record.SetFirmwareVersion(text);
