@@ -34,6 +34,7 @@ class KVFPrinter {
   // Open reads and parses the device ID, the extended one included where the printer has it.
   virtual HResult Open() = 0;
 
+  // GetStatusBlock reads the status. Ok also for a printer that answers one of another length, which stays out.
   virtual HResult GetStatusBlock(StatusBlock& status) = 0;
 
   // GetPortAddress answers the network address or the device path.
@@ -42,6 +43,7 @@ class KVFPrinter {
   // No form implements this place of the interface: NotImplemented.
   virtual HResult Unused();
 
+  // GetFirmwareVersion reads the version as the printer words it.
   virtual HResult GetFirmwareVersion(std::string& version) = 0;
 
   // GetSupplyLevels appends one entry per toner.
@@ -56,18 +58,20 @@ class KVFPrinter {
   // GetPPAInformation fills the product-protection record.
   virtual HResult GetPPAInformation(PPAInformation& record, std::string& errorText) = 0;
 
+  // GetDeviceID reads the IEEE 1284 device ID, without its length prefix.
   virtual HResult GetDeviceID(std::string& deviceID) = 0;
 
   // GetSerialNumber answers the serial number without surrounding CR, LF and blanks. The printer is asked until it has
   // answered once.
   virtual HResult GetSerialNumber(std::string& serialNumber);
 
-  // GetPageCounters answers the largest and the total counter.
+  // GetPageCounters reads the largest of the printer's counters and the total of what it counted.
   virtual HResult GetPageCounters(std::uint32_t& largest, std::uint32_t& total) = 0;
 
   // GetCountryIndex answers the country index of the command set; Fail without one.
   virtual HResult GetCountryIndex(std::string& countryIndex);
 
+  // GetExtendedDeviceID reads what the printer has to add to its device ID, in the same form.
   virtual HResult GetExtendedDeviceID(std::string& extendedID) = 0;
 
   // SetProtection switches the consumable protection by a vendor request; NotImplemented where there is none.

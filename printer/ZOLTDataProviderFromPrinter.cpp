@@ -121,7 +121,7 @@ bool ZOLTDataProviderFromPrinter::CollectSBX(PPAInformation& record) {
 }
 
 bool ZOLTDataProviderFromPrinter::CheckSBXSupport(std::uint32_t* state) {
-  if (!state || !IsReady()) return false;
+  if (!IsReady() || !state) return false;
   WriteDebug("Checking SBX support from device...");
   if (printer_->GetSBXState(state) == HResult::False) {
     ZT_TRACE(Information, "SBX is not supported!");
@@ -144,6 +144,7 @@ bool ZOLTDataProviderFromPrinter::SetProtection(bool on) {
   }
   WriteDebug("[ZT] Protection On using vendor command : USB");
   if (!Succeeded(printer_->SetProtection(on))) return false;
+  // Spelled so on purpose: it is what support looks for.
   WriteDebug("[ZT] Protection On using vendor command :USCCESS");
   return true;
 }
@@ -157,7 +158,7 @@ bool ZOLTDataProviderFromPrinter::GetModelName(std::string& modelName) {
 }
 
 bool ZOLTDataProviderFromPrinter::GetTonerLife(std::uint32_t* tonerLife, std::uint32_t* changeCount) {
-  if (!tonerLife || !changeCount || !IsReady()) return false;
+  if (!IsReady() || !tonerLife || !changeCount) return false;
   ZT_TRACE(Information, "Get  toner life information and if it change...");
   if (Succeeded(printer_->GetPageCounters(*tonerLife, *changeCount))) return true;
   ZT_TRACE(Error, " toner life information is missing!!!");
@@ -175,6 +176,7 @@ bool ZOLTDataProviderFromPrinter::GetHostVersion(ReportRecord& record) {
 bool ZOLTDataProviderFromPrinter::GetCountryIndex(std::string& countryIndex) {
   if (!IsReady()) return false;
   WriteDebug("[ZT] Get country Index from ext.");
+  // Only the answer "no" counts as one, on purpose; a printer without an index fails, and its text stays as it was.
   if (printer_->GetCountryIndex(countryIndex) == HResult::False) {
     ZT_TRACE(Information, "[ZT] Country Index from ext not supported!");
     return false;
@@ -187,6 +189,7 @@ bool ZOLTDataProviderFromPrinter::ExtendedIDContains(std::string_view text) {
   if (!IsReady()) return false;
   WriteDebug("[ZT] Get device ID Ext.");
   std::string extendedID;
+  // A failure, on purpose, is searched like an empty text.
   if (printer_->GetExtendedDeviceID(extendedID) == HResult::False) {
     ZT_TRACE(Information, "[ZT] Failed get device id ext");
     return false;

@@ -38,6 +38,7 @@ class IZOLTDataProvider {
   // CheckSBXSupport reads the protection state: 0 none, 1 "SBXON", 2 "SBXOFF", 3 "SBXOT". False for a null output.
   virtual bool CheckSBXSupport(std::uint32_t* state) = 0;
 
+  // GetQueueName answers the name of the queue, whether there is a printer behind it or not.
   virtual std::wstring GetQueueName() const = 0;
 
   // SendRawToQueue prints the text as one raw job of the queue. False for null.
@@ -46,6 +47,7 @@ class IZOLTDataProvider {
   // SetProtection switches the printer's consumable protection on or off.
   virtual bool SetProtection(bool on) = 0;
 
+  // GetModelName answers the model as the printer's device ID words it.
   virtual bool GetModelName(std::string& modelName) = 0;
 
   // GetSBXDocument answers the document that CollectSBX has read and kept; empty without one.
@@ -57,6 +59,8 @@ class IZOLTDataProvider {
   // GetHostVersion stores the version of the installed driver package in the record.
   virtual bool GetHostVersion(ReportRecord& record) = 0;
 
+  // GetCountryIndex answers the country that the printer was made for. True, the text untouched, for a printer that
+  // names none.
   virtual bool GetCountryIndex(std::string& countryIndex) = 0;
 
   // ExtendedIDContains tells whether the printer's extended device ID holds the text.

@@ -121,22 +121,14 @@ TEST_F(ProviderTest, OperationsNeedAnOpenPrinter) {
          return p.CollectSBX(record);
        },
        {"4 Start SBX collecting..."}},
-      {[](auto& p) {
-         std::uint32_t state = 0;
-         return p.CheckSBXSupport(&state);
-       },
-       {}},
+      {[](auto& p) { return p.CheckSBXSupport(nullptr); }, {}},  // looked for before the output is
       {[](auto& p) { return p.SetProtection(true); }, {}},
       {[](auto& p) {
          std::string text;
          return p.GetModelName(text);
        },
        {}},
-      {[](auto& p) {
-         std::uint32_t life = 0;
-         return p.GetTonerLife(&life, &life);
-       },
-       {}},
+      {[](auto& p) { return p.GetTonerLife(nullptr, nullptr); }, {}},
       {[](auto& p) {
          ZOLTInformation record;
          return p.GetHostVersion(record);
