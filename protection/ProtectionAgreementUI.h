@@ -7,6 +7,8 @@
    function at most once per run, on its main thread, and unloads the library. Libraries that it needs are looked for
    beside it and in the system folder. This header is plain C. */
 
+#include <stddef.h> /* wchar_t */
+
 #ifdef __cplusplus
 extern "C" {
 #endif
