@@ -144,7 +144,11 @@ class OfficeTestCase(unittest.TestCase):
 
     def finish(self, run: Run, timeout: float = 60) -> Result:
         """Waits for the end of a run: exit code 0, no crash, and no handle left in the spooler."""
-        result = run.wait(timeout)
+        try:
+            result = run.wait(timeout)
+        except subprocess.TimeoutExpired:
+            run.stop()  # else it would be the other instance of all later runs
+            raise
         self.assertEqual(result.exit_code, 0)
         self.assertEqual(set(self.world.spooler_handles_left) - {0}, set())
         return result
