@@ -6,6 +6,7 @@
 #include <optional>
 #include <span>
 #include <string_view>
+#include <utility>
 
 namespace ztsnmp {
 
@@ -19,6 +20,9 @@ class BerReader {
   explicit BerReader(std::span<const std::uint8_t> bytes) noexcept : rest_(bytes) {}
 
   [[nodiscard]] std::size_t remaining() const noexcept { return rest_.size(); }
+
+  /// takeRest answers all bytes that are left.
+  [[nodiscard]] std::span<const std::uint8_t> takeRest() noexcept { return std::exchange(rest_, {}); }
 
   /// take answers the next `count` bytes.
   [[nodiscard]] std::optional<std::span<const std::uint8_t>> take(std::size_t count) noexcept {
@@ -53,6 +57,40 @@ struct BerReader::Element {
   std::uint8_t tag;
   BerReader content;
 };
+
+inline std::optional<std::size_t> BerReader::takeLength() noexcept {
+  const auto first = takeByte();
+  if (!first || *first < 0x80) return first;  // X.690, 8.1.3.4: short form
+  // X.690, 8.1.3.5: long form, its minimal use not required. 0x80 is the indefinite form (8.1.3.6), which SNMP does
+  // not know; four bytes name more than any datagram holds.
+  const std::size_t count = *first & 0x7F;
+  if (count == 0 || count > 4) return std::nullopt;
+  const auto bytes = take(count);
+  if (!bytes) return std::nullopt;
+  std::size_t length = 0;
+  for (std::uint8_t byte : *bytes) length = length << 8 | byte;
+  return length;
+}
+
+inline std::optional<BerReader::Element> BerReader::takeElement() noexcept {
+  BerReader ahead = *this;
+  const auto tag = ahead.takeByte();
+  if (!tag) return std::nullopt;
+  const auto length = ahead.takeLength();
+  if (!length) return std::nullopt;
+  const auto content = ahead.take(*length);
+  if (!content) return std::nullopt;
+  *this = ahead;
+  return Element{*tag, BerReader(*content)};
+}
+
+inline std::optional<BerReader> BerReader::enter(std::uint8_t tag) noexcept {
+  BerReader ahead = *this;
+  const auto element = ahead.takeElement();
+  if (!element || element->tag != tag) return std::nullopt;
+  *this = ahead;
+  return element->content;
+}
 
 /// OidText has room for the longest text that an `OID` takes, and its NUL.
 using OidText = std::array<char, 256>;

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <limits>
-#include <optional>
 
 namespace ztsnmp {
 
@@ -13,30 +12,49 @@ constexpr std::uint8_t kTagInteger = 0x02;
 constexpr std::uint8_t kTagNull = 0x05;
 constexpr std::uint8_t kTagObjectIdentifier = 0x06;
 
-/// The text of an OID has 255 characters at most, so every other one of them can be a number.
-constexpr std::size_t kMaxArcs = 128;
+/// The text of an OID has 255 characters at most. One number of 10 digits takes a dot and 5 bytes, one digit a dot and
+/// a byte, so no encoding is longer than this.
+constexpr std::size_t kMaxEncodedName = 260;
 
-/// The numbers of a dotted text; nullopt when one exceeds 32 bits.
-std::optional<std::span<const std::uint32_t>> parseArcs(std::string_view dotted,
-                                                        std::array<std::uint32_t, kMaxArcs>& arcs) noexcept {
-  std::size_t count = 0;
-  std::uint64_t arc = 0;
-  for (char c : dotted) {
-    if (c == '.') {
-      if (count == kMaxArcs - 1) return std::nullopt;
-      arcs[count++] = static_cast<std::uint32_t>(arc);
-      arc = 0;
-      continue;
+/// Puts the numbers of an OBJECT IDENTIFIER one after the other. false: there is no encoding.
+class EncodedName {
+ public:
+  [[nodiscard]] bool append(std::uint64_t arc) noexcept {
+    if (arcs_++ < 2) return appendJoined(arc);
+    if (arc < 0x80 && size_ < bytes_.size()) {  // as most are
+      bytes_[size_++] = static_cast<std::uint8_t>(arc);
+      return true;
     }
-    arc = arc * 10 + static_cast<std::uint64_t>(c - '0');
-    if (arc > std::numeric_limits<std::uint32_t>::max()) return std::nullopt;
+    if (size_ + 5 > bytes_.size()) return false;
+    // X.690, 8.19.2: base 128, high bit set on all bytes but the last.
+    int shift = 0;
+    while (arc >> shift >= 0x80) shift += 7;
+    for (; shift > 0; shift -= 7) bytes_[size_++] = static_cast<std::uint8_t>(arc >> shift | 0x80);
+    bytes_[size_++] = static_cast<std::uint8_t>(arc & 0x7F);
+    return true;
   }
-  arcs[count++] = static_cast<std::uint32_t>(arc);
-  // An OBJECT IDENTIFIER has two arcs at least (X.690, 8.19.4); missing ones count as 0, so "" goes out as 0.0 and
-  // "1" as 1.0, where a walk can start.
-  if (count == 1) arcs[count++] = 0;
-  return std::span(arcs).first(count);
-}
+
+  [[nodiscard]] std::size_t arcs() const noexcept { return arcs_; }
+  [[nodiscard]] std::span<const std::uint8_t> bytes() const noexcept { return std::span(bytes_).first(size_); }
+
+ private:
+  /// The first two arcs share a byte, 40 * first + second (X.690, 8.19.4). What does not fit into one is not encoded at
+  /// all, since the reading side looks at one byte.
+  [[nodiscard]] bool appendJoined(std::uint64_t arc) noexcept {
+    if (arcs_ == 1) {
+      joined_ = arc * 40;
+      return joined_ <= 0xFF;
+    }
+    joined_ += arc;
+    bytes_[size_++] = static_cast<std::uint8_t>(joined_);
+    return joined_ <= 0xFF;
+  }
+
+  std::array<std::uint8_t, kMaxEncodedName> bytes_;  // only the first size_ are set
+  std::size_t size_ = 0;
+  std::size_t arcs_ = 0;
+  std::uint64_t joined_ = 0;
+};
 
 }  // namespace
 
@@ -107,23 +125,22 @@ void BerWriter::unsignedNumber(std::uint8_t tag, std::uint32_t value) noexcept {
 void BerWriter::null() noexcept { bytes(std::array{kTagNull, std::uint8_t{0}}); }
 
 bool BerWriter::objectIdentifier(std::string_view dotted) noexcept {
-  std::array<std::uint32_t, kMaxArcs> storage;
-  const auto arcs = parseArcs(dotted, storage);
-  if (!arcs) return false;
-  // X.690, 8.19.4: the first two arcs share the first byte, 40 * first + second. What does not fit into one byte is
-  // not encoded at all, since the reading side looks at one byte.
-  const std::uint64_t joined = std::uint64_t{(*arcs)[0]} * 40 + (*arcs)[1];
-  if (joined > 0xFF) return false;
-
-  const std::size_t start = mark();
-  for (std::size_t i = arcs->size(); i-- > 2;) {
-    // X.690, 8.19.2: base 128, high bit set on all bytes but the last.
-    std::uint32_t arc = (*arcs)[i];
-    byte(static_cast<std::uint8_t>(arc & 0x7F));
-    for (arc >>= 7; arc != 0; arc >>= 7) byte(static_cast<std::uint8_t>(arc | 0x80));
+  EncodedName name;
+  std::uint64_t arc = 0;
+  for (char c : dotted) {
+    if (c == '.') {
+      if (!name.append(arc)) return false;
+      arc = 0;
+    } else {
+      arc = arc * 10 + static_cast<std::uint64_t>(c - '0');
+      if (arc > std::numeric_limits<std::uint32_t>::max()) return false;
+    }
   }
-  byte(static_cast<std::uint8_t>(joined));
-  header(kTagObjectIdentifier, start);
+  if (!name.append(arc)) return false;
+  // There are two arcs at least (X.690, 8.19.4). A missing one counts as 0, so "" goes out as 0.0 and "1" as 1.0, where
+  // a walk can start.
+  if (name.arcs() == 1 && !name.append(0)) return false;
+  octets(kTagObjectIdentifier, name.bytes());
   return true;
 }
 

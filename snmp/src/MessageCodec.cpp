@@ -41,8 +41,6 @@ const char* asText(std::span<const std::uint8_t> bytes) {
   return static_cast<const char*>(static_cast<const void*>(bytes.data()));
 }
 
-bool isNull(const VarBind& binding) { return !binding.hasValue() || binding.getValue().getDataType() == DataTypeNull; }
-
 // ---- writing
 
 /// request-id, error-status and error-index are always one byte long, on purpose: the reading side expects them at
@@ -134,13 +132,10 @@ bool fill(Gauge& value, BerReader content) { return fillUnsigned(value, content)
 bool fill(TimeTicks& value, BerReader content) { return fillUnsigned(value, content); }
 
 bool fill(OctetString& value, BerReader content) {
-  const auto bytes = content.take(content.remaining());
+  const auto bytes = content.takeRest();
   // Empty content may come as a null span; the value wants to see data.
-  return bytes && value.setValue(bytes->empty() ? "" : asText(*bytes), bytes->size()) == StatusSuccess;
+  return value.setValue(bytes.empty() ? "" : asText(bytes), bytes.size()) == StatusSuccess;
 }
-
-// X.690, 8.8.2: no content.
-bool fill(Null&, BerReader content) { return content.remaining() == 0; }
 
 bool fill(OID& value, BerReader content) {
   OidText text;
@@ -167,16 +162,14 @@ std::unique_ptr<SNMPDataType> readNew(BerReader content) {
   return value;
 }
 
-/// A new value of the class that the tag names; null when there is no such class or the content is refused. Counter64
-/// and the exceptions of SNMPv2 are among the tags without a class.
+/// A new value of the class, other than `Null`, that the tag names; null when there is no such class or the content is
+/// refused. Counter64 and the exceptions of SNMPv2 are among the tags without a class.
 std::unique_ptr<SNMPDataType> readNewValue(const BerReader::Element& element) {
   switch (element.tag) {
     case DataTypeInteger:
       return readNew<Integer>(element.content);
     case DataTypeOctetString:
       return readNew<OctetString>(element.content);
-    case DataTypeNull:
-      return readNew<Null>(element.content);
     case DataTypeOID:
       return readNew<OID>(element.content);
     case DataTypeIPAddress:
@@ -248,7 +241,7 @@ int MessageCodec::encodePacket(ReqRespPDU& pdu, std::string_view community, std:
   BerWriter writer(out);
   for (int i = pdu.varBindCount_; i-- > 0;) {
     VarBind& binding = pdu.varBinds_[static_cast<std::size_t>(i)];
-    if (asksForValues && binding.setValue(Null()) != StatusSuccess) return StatusGeneralError;
+    if (asksForValues) binding.setNull();
     const std::size_t start = writer.mark();
     // The other bindings go out all the same, on purpose; the answer then shows the gap.
     if (!writeBinding(writer, binding, pdu.type_)) writer.rewind(start);
@@ -271,15 +264,24 @@ int MessageCodec::encodePacket(ReqRespPDU& pdu, std::string_view community, std:
 bool MessageCodec::readBinding(BerReader content, VarBind& slot) {
   auto name = content.enter(kTagObjectIdentifier);
   OidText text;
-  if (!name || !readObjectIdentifier(*name, text)) return false;
+  const auto length = name ? readObjectIdentifier(*name, text) : std::nullopt;
+  if (!length) return false;
   const auto element = content.takeElement();
   if (!element) return false;
-  if (!isNull(slot)) {
-    return readInto(slot.getValue(), *element) && slot.getOID().setValue(text.data()) == StatusSuccess;
+  if (slot.value_) {
+    if (!readInto(*slot.value_, *element)) return false;
+  } else if (element->tag == DataTypeNull) {
+    // X.690, 8.8.2: no content.
+    if (element->content.remaining() > 0) return false;
+    slot.setNull();
+  } else {
+    auto value = readNewValue(*element);
+    if (!value) return false;
+    slot.value_ = std::move(value);
+    slot.holdsNull_ = false;
   }
-  auto value = readNewValue(*element);
-  if (!value || slot.getOID().setValue(text.data()) != StatusSuccess) return false;
-  slot.value_ = std::move(value);
+  // Rendered here, so it keeps the rule of an OID and is not checked again.
+  slot.name_.text_.assign(text.data(), *length);
   return true;
 }
 

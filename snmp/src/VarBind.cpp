@@ -15,15 +15,13 @@ std::unique_ptr<SNMPDataType> copyAs(const SNMPDataType& value) {
   return std::make_unique<Value>(static_cast<const Value&>(value));
 }
 
-/// A copy of the same class; null for the classes that are no SNMP values.
+/// A copy of the same class; null for `Null` and for the classes that are no SNMP values.
 std::unique_ptr<SNMPDataType> copyOf(const SNMPDataType& value) {
   switch (value.getDataType()) {
     case DataTypeInteger:
       return copyAs<Integer>(value);
     case DataTypeOctetString:
       return copyAs<OctetString>(value);
-    case DataTypeNull:
-      return copyAs<Null>(value);
     case DataTypeOID:
       return copyAs<OID>(value);
     case DataTypeIPAddress:
@@ -36,6 +34,7 @@ std::unique_ptr<SNMPDataType> copyOf(const SNMPDataType& value) {
       return copyAs<Gauge>(value);
     case DataTypeTimeTicks:
       return copyAs<TimeTicks>(value);
+    case DataTypeNull:  // needs no copy
     case DataTypeNone:
       break;
   }
@@ -46,7 +45,8 @@ std::unique_ptr<SNMPDataType> copyOf(const SNMPDataType& value) {
 
 VarBind::VarBind() noexcept = default;
 VarBind::VarBind(const OID& name) : name_(name) {}
-VarBind::VarBind(const VarBind& other) : name_(other.name_), value_(other.value_ ? copyOf(*other.value_) : nullptr) {}
+VarBind::VarBind(const VarBind& other)
+    : name_(other.name_), value_(other.value_ ? copyOf(*other.value_) : nullptr), holdsNull_(other.holdsNull_) {}
 VarBind::VarBind(VarBind&& other) noexcept = default;
 VarBind& VarBind::operator=(VarBind&& other) noexcept = default;
 VarBind::~VarBind() = default;
@@ -67,19 +67,30 @@ int VarBind::setOID(const OID& name) noexcept {
 
 const SNMPDataType& VarBind::getValue() const noexcept {
   if (value_) return *value_;
-  return nothing_;
+  return null_;
 }
 
 SNMPDataType& VarBind::getValue() noexcept {
   if (value_) return *value_;
-  return nothing_;
+  return null_;
+}
+
+// Each request begins with this, so it costs no memory.
+void VarBind::setNull() noexcept {
+  value_.reset();
+  holdsNull_ = true;
 }
 
 int VarBind::setValue(const SNMPDataType& value) noexcept {
+  if (value.getDataType() == DataTypeNull) {
+    setNull();
+    return StatusSuccess;
+  }
   try {
     auto copy = copyOf(value);
     if (!copy) return StatusInvalidValueInVarBind;
     value_ = std::move(copy);
+    holdsNull_ = false;
     return StatusSuccess;
   } catch (const std::bad_alloc&) {
     return StatusGeneralError;

@@ -4,6 +4,10 @@
 
 #include "SNMPDataType.h"
 
+namespace ztsnmp {
+class MessageCodec;
+}
+
 /// OID is an OBJECT IDENTIFIER, kept as dotted decimal text such as "1.3.6.1.2.1.1.1.0".
 class ZTSNMP_API OID : public SNMPDataType {
  public:
@@ -24,5 +28,6 @@ class ZTSNMP_API OID : public SNMPDataType {
   [[nodiscard]] static int isValidValue(const char* text) noexcept;
 
  private:
+  friend class ztsnmp::MessageCodec;
   std::string text_;
 };

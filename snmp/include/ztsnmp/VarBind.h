@@ -26,7 +26,7 @@ class ZTSNMP_API VarBind {
   int setOID(const OID& name) noexcept;  ///< 0; -1 when memory runs out
 
   /// hasValue answers whether there is a value at all.
-  [[nodiscard]] bool hasValue() const noexcept { return value_ != nullptr; }
+  [[nodiscard]] bool hasValue() const noexcept { return value_ != nullptr || holdsNull_; }
 
   /// getValue answers the value, whose `getDataType` tells the class to cast it to; a `Null` when there is none. The
   /// reference holds until the binding's value is replaced, which every request does.
@@ -47,7 +47,10 @@ class ZTSNMP_API VarBind {
   /// isValidInPDU is `isValid` with the stricter rule for the `OctetString`.
   [[nodiscard]] int isValidInPDU() const noexcept;
 
+  void setNull() noexcept;
+
   OID name_;
-  std::unique_ptr<SNMPDataType> value_;
-  Null nothing_;
+  std::unique_ptr<SNMPDataType> value_;  ///< any value but a `Null`
+  bool holdsNull_ = false;
+  Null null_;
 };
