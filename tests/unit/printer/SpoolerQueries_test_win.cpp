@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "LocalPrinters.h"
+#include "PrinterFactory.h"
 #include "PrinterInformation.h"
 #include "QueueJobs.h"
 #include "RegistryKey.h"
@@ -71,6 +72,29 @@ WritePrinter.fail = 5
 WritePrinter.written = 3
 [queue Unlisted]
 listed = no
+[queue OnWSD]
+listed = no
+driver = Velnora Meridian Print Driver
+port = WSD-1
+[queue OnLostWSD]
+listed = no
+driver = meridian print driver
+port = WSD-lost
+[queue OnHost]
+listed = no
+port = IP_HOST
+[queue OnEmpty]
+listed = no
+port = IP_EMPTY
+[queue OnSecret]
+listed = no
+port = IP_SECRET
+[queue OnUSB]
+listed = no
+port = USB001
+[queue OnLPT]
+listed = no
+port = LPT1:
 
 [port IP_1]
 address = 192.168.1.20
@@ -80,6 +104,9 @@ community = public
 host = printer.example
 [port IP_EMPTY]
 address =
+[port IP_SECRET]
+address = 192.168.1.21
+community = a community of 26 letters.
 [port IP_SHORT]
 GetConfigInfo.hex = 4900
 [port IP_STATUS]
@@ -162,6 +189,9 @@ PnPXID.status = 122 5
 DeviceID = UMB\UMB\1&ABC&0
 PnPXID = urn:uuid:1
 PnPXID.needed = 0xFFFFFFFF
+[port WSD-lost]
+monitor = WSD Port
+address = 192.168.1.50
 [port WSD-grown]
 DeviceID = UMB\UMB\1&ABC&0
 PnPXID = urn:uuid:1
@@ -361,6 +391,38 @@ TEST_F(SpoolerQueries, ResolveWSDAddress) {
   EXPECT_THAT(world->TraceTexts(), Contains("3 port WSD-nowhere: no address of device urn:uuid:unknown"));
   EXPECT_EQ(ResolveWSDAddress(L"WSD-1", L"\\\\print"), discovered);
   EXPECT_THAT(world->Calls(), Contains("OpenPrinterW \"\\\\print\\,XcvPort WSD-1\" -> ok"));
+}
+
+TEST_F(SpoolerQueries, CreatePrinterForQueue) {
+  const struct {
+    const wchar_t* queue;
+    const wchar_t* address;  // null: no printer
+    bool universalDriver;
+  } rows[] = {
+      {L"OnWSD", L"192.168.1.30", true},
+      {L"OnLostWSD", L"192.168.1.50", false},  // no address as a WSD port; the driver is in another case
+      {L"Office", L"192.168.1.20", true},
+      {L"OnHost", L"printer.example", false},
+      {L"OnEmpty", L"", false},
+      {L"OnSecret", L"192.168.1.21", false},
+      {L"OnUSB", nullptr, false},  // nothing is plugged in
+      {L"OnLPT", nullptr, false},
+      {L"Bare", nullptr, false},  // has no port
+      {L"Absent", nullptr, false},
+      {L"", nullptr, false},
+  };
+  for (const auto& row : rows) {
+    const std::unique_ptr<KVFPrinter> printer = CreatePrinterForQueue(row.queue);
+    ASSERT_EQ(printer != nullptr, row.address != nullptr) << row.queue;
+    if (!printer) continue;
+    std::wstring address;
+    EXPECT_EQ(printer->GetPortAddress(address), HResult::Ok);
+    EXPECT_EQ(address, row.address);
+    EXPECT_EQ(printer->QueueName(), row.queue);
+    EXPECT_EQ(printer->IsUniversalDriver(), row.universalDriver) << row.queue;
+    EXPECT_FALSE(printer->IsUSB());
+  }
+  EXPECT_THAT(world->TraceTexts(), Contains("3 unusable SNMP community of port IP_SECRET"));
 }
 
 }  // namespace
