@@ -2,6 +2,8 @@
 
 #include <cstdio>
 
+#include "Text.h"
+
 namespace zt {
 namespace {
 
@@ -35,7 +37,7 @@ std::string LogPrefix(const LogMoment& moment, std::optional<std::uint32_t> thre
 
 std::string LogBody(Severity severity, std::string_view source, int line, std::string_view message) {
   return (TextBuilder() << ModuleName(source) << "," << line << "\t" << static_cast<unsigned>(severity) << "\t"
-                        << message)
+                        << OnOneLine(message))
       .Take();
 }
 

@@ -24,7 +24,8 @@ struct LogMoment {
 std::string LogPrefix(const LogMoment& moment, std::optional<std::uint32_t> threadId);
 
 // LogBody formats source, severity and message: the last fields of a line, separated by tabs, without a line end.
-// The source is shown as "module,line": the file name without folder and extension.
+// The source is shown as "module,line": the file name without folder, extension and "_win". A line break in the message
+// is written as a blank.
 std::string LogBody(Severity severity, std::string_view source, int line, std::string_view message);
 
 }  // namespace zt

@@ -49,6 +49,13 @@ std::vector<std::string_view> SplitAny(std::string_view text, std::string_view d
   return tokens;
 }
 
+std::string OnOneLine(std::string_view text) {
+  std::string line(text);
+  std::replace_if(
+      line.begin(), line.end(), [](char character) { return character == '\r' || character == '\n'; }, ' ');
+  return line;
+}
+
 int ReadLeadingDecimal(std::string_view text) {
   text.remove_prefix(std::min(text.find_first_not_of(" \t\n\v\f\r"), text.size()));
   return ReadNumber(text).value;

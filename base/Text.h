@@ -14,6 +14,10 @@ std::string_view Trim(std::string_view text, std::string_view characters = "\r\n
 // The tokens point into `text`.
 std::vector<std::string_view> SplitAny(std::string_view text, std::string_view delimiters);
 
+// OnOneLine answers the text with a blank in place of each CR and LF: what printers, servers and users send must not
+// start a line of its own in a file of lines.
+std::string OnOneLine(std::string_view text);
+
 // ReadLeadingDecimal reads a signed decimal number as stream extraction does: leading white space is skipped, reading
 // stops at the first character that is not part of the number. A text that begins with no number gives 0; a number out
 // of range gives the nearest int.

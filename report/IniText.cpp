@@ -14,14 +14,6 @@ std::string_view TakeLine(std::string_view& text) {
   return line;
 }
 
-// Texts from printers and servers become keys and values.
-std::string OnOneLine(std::string_view text) {
-  std::string line(text);
-  std::replace_if(
-      line.begin(), line.end(), [](char character) { return character == '\r' || character == '\n'; }, ' ');
-  return line;
-}
-
 }  // namespace
 
 IniSections ParseIni(std::string_view text) {

@@ -33,6 +33,11 @@ TEST(LogLine, BodyNamesTheModule) {
   for (const auto& row : rows) EXPECT_EQ(LogBody(Severity::Information, row.source, 217, "x"), row.body);
 }
 
+TEST(LogLine, AMessageCannotStartALineOfItsOwn) {
+  EXPECT_EQ(LogBody(Severity::Error, "a.cpp", 1, "serial\r\n03-14 09:05\t1.000\t0001\tb,1\t2\tforged\n"),
+            "a,1\t2\tserial  03-14 09:05\t1.000\t0001\tb,1\t2\tforged ");
+}
+
 TEST(TraceLevel, UnwantedTextIsNotEvenBuilt) {
   traceLevel = 3;
   bool built = false;
