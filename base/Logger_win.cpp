@@ -98,9 +98,10 @@ void Logger::RotateWhenLarge() const {
   if (!GetFileAttributesExW(path_.c_str(), GetFileExInfoStandard, &file)) return;
   if (((std::uint64_t{file.nFileSizeHigh} << 32) | file.nFileSizeLow) <= rotationSize) return;
 
-  // The mutex is the sign that a process is rotating this file; nobody waits for it.
+  // The mutex is the sign that a process is rotating this file; nobody waits for it. One of another user's process may
+  // refuse to be opened: then it exists, too.
   const KernelHandle inUse(CreateMutexW(nullptr, FALSE, L"_LOG___INUSE_"));
-  if (GetLastError() == ERROR_ALREADY_EXISTS) return;
+  if (!inUse || GetLastError() == ERROR_ALREADY_EXISTS) return;
 
   const auto copy = [&](int number) { return path_ + L"." + static_cast<wchar_t>(L'0' + number); };
   DeleteFileW(copy(oldestCopy).c_str());

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "DebugOutputCapture_win.h"
 #include "Logger.h"
 #include "RegistryKey.h"
 #include "TempFolder.h"
@@ -56,7 +57,9 @@ TEST_F(LoggerTest, EleventhLineWritesTheBatchAndTheEndTheRest) {
   Configure(4, log);
   {
     Logger logger;
+    const DebugOutputCapture debug;
     logger.Start(component);
+    EXPECT_EQ(debug.lines, std::vector{ToNarrow(log)});
     EXPECT_EQ(traceLevel, 4u);
     WriteLines(logger, 10);
     EXPECT_FALSE(folder.Exists(L"zt.log"));
@@ -99,14 +102,31 @@ TEST_F(LoggerTest, RotatesAboveOneMebibyteAndKeepsSixCopies) {
 TEST_F(LoggerTest, AnotherProcessRotating) {
   Configure(4, log);
   folder.Write(L"zt.log", std::string(1048577, 'x'));
-  const KernelHandle inUse(CreateMutexW(nullptr, FALSE, L"_LOG___INUSE_"));
+  const auto expectNoRotation = [&] {
+    {
+      Logger logger;
+      logger.Start(component);
+      WriteLines(logger, 1);
+    }
+    EXPECT_FALSE(folder.Exists(L"zt.log.0"));
+    EXPECT_GT(folder.Read(L"zt.log").size(), 1048577u);
+  };
   {
-    Logger logger;
-    logger.Start(component);
-    WriteLines(logger, 1);
+    const KernelHandle inUse(CreateMutexW(nullptr, FALSE, L"_LOG___INUSE_"));
+    expectNoRotation();
   }
-  EXPECT_FALSE(folder.Exists(L"zt.log.0"));
-  EXPECT_GT(folder.Read(L"zt.log").size(), 1048577u);
+  // The name is taken and no mutex of that name can be opened, as with one of another user.
+  const KernelHandle inUse(CreateEventW(nullptr, TRUE, FALSE, L"_LOG___INUSE_"));
+  expectNoRotation();
+}
+
+TEST(ScopedLogger, MarksTheScope) {
+  const DebugOutputCapture debug;
+  {
+    const ScopedLogger scope("Name");
+    WriteKvfDebug("inside");
+  }
+  EXPECT_EQ(debug.lines, (std::vector<std::string>{"Name >> enter\n", "[KVF] inside", "Name << leave\n"}));
 }
 
 TEST_F(LoggerTest, UnopenableFileLosesTheLinesSilently) {
