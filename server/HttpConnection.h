@@ -21,11 +21,12 @@ using InternetHandle = Handle<InternetHandleTraits>;
 // object serves one exchange: Open, then AddHeader as wanted, then Send.
 class HttpConnection {
  public:
-  // Longest response body that Send keeps.
-  static constexpr std::size_t maximumResponse = 16 * 1024 * 1024;
+  // Longest response body that Send keeps. Answers and documents have a few kilobytes; the parsed form of many small
+  // elements takes some thirty times the memory of its text.
+  static constexpr std::size_t maximumResponse = 1024 * 1024;
 
   // Open prepares a request; nothing is sent yet. `method` is the request verb. Of `url` the first 104 characters are
-  // used. False when no request can be made of them.
+  // used. False when no request can be made of them, and for a URL that holds a control character.
   [[nodiscard]] bool Open(const std::string& method, const std::string& url);
 
   // AddHeader adds a request header or replaces the one of that name. Between Open and Send.

@@ -34,6 +34,9 @@ struct Url {
 };
 
 bool CrackUrl(std::string url, Url& parts) {
+  // A host comes from a printer port's configuration: a line break in it must not reach the request's head.
+  const auto isControl = [](char character) { return static_cast<unsigned char>(character) < ' '; };
+  if (std::any_of(url.begin(), url.end(), isControl)) return false;
   // Zero-filled up to the length that is told, so that nothing past a short URL is read.
   url.resize(std::max<std::size_t>(url.size(), crackedUrlLength));
   std::array<char, 260> scheme{};

@@ -7,8 +7,6 @@ namespace {
 
 // Null when the text is no XML document or its root element has another name.
 const tinyxml2::XMLElement* ParseRoot(tinyxml2::XMLDocument& document, std::string_view xml) {
-  // The parsed form of many small elements takes some thirty times the memory of the text.
-  if (xml.size() > maximumAnswerText) return nullptr;
   if (document.Parse(xml.data(), xml.size()) != tinyxml2::XML_SUCCESS) return nullptr;
   return document.FirstChildElement("root");
 }
@@ -23,7 +21,7 @@ UploadResult ReadResult(const tinyxml2::XMLElement* root) {
 
 // The limit of the first Model with that name; null when there is none or it has no text.
 const char* FindModelLevel(const tinyxml2::XMLElement* models, std::string_view modelName) {
-  for (auto* model = FindChild(models, "Model"); model; model = model->NextSiblingElement("Model")) {
+  for (const auto* model = FindChild(models, "Model"); model; model = model->NextSiblingElement("Model")) {
     const char* name = ChildText(model, "Name");
     if (name && name == modelName) return ChildText(model, "Level");
   }

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstddef>
 #include <string_view>
 
 #include "ServerAnswer.h"
@@ -9,9 +8,6 @@ namespace zt {
 
 // The readers of the report server's XML answers. The root element is `root`; each value is the text of one of its
 // child elements, and an element without text counts as absent. Values go into `answer`, whose other keys stay.
-
-// Longest text that counts as an answer; the server's own have a few kilobytes.
-constexpr std::size_t maximumAnswerText = 1024 * 1024;
 
 // ReadDateAnswer reads the answer to a date check. False, nothing set, when the text is no XML or has no `root`.
 [[nodiscard]] bool ReadDateAnswer(std::string_view xml, ServerAnswer& answer);

@@ -63,7 +63,7 @@ Exchange Get(const std::string& url) {
 }
 
 TEST(HttpConnection, ReadsTheBodyOf200Only) {
-  const std::string large(3000000, 'y');
+  const std::string large(HttpConnection::maximumResponse, 'y');
   const struct {
     const char* name;
     std::string reply;
@@ -72,7 +72,7 @@ TEST(HttpConnection, ReadsTheBodyOf200Only) {
   } rows[] = {
       {"length told", Reply("200 OK", "body"), 200, "body"},
       {"empty", Reply("200 OK", ""), 200, ""},
-      {"large", Reply("200 OK", large), 200, large},
+      {"the longest", Reply("200 OK", large), 200, large},
       {"up to the end of the connection", "HTTP/1.1 200 OK\r\n\r\nbody", 200, "body"},
       {"HTTP 1.0", "HTTP/1.0 200 OK\r\n\r\nbody", 200, "body"},
       {"chunks", "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n2\r\nbo\r\n2\r\ndy\r\n0\r\n\r\n", 200, "body"},
@@ -144,6 +144,14 @@ TEST(HttpConnection, UsesTheFirst104CharactersOfAUrl) {
   std::vector<std::string> firstLines;
   for (const std::string& request : server.Stop()) firstLines.push_back(request.substr(0, request.find('\r')));
   EXPECT_EQ(firstLines, expected);
+}
+
+TEST(HttpConnection, AUrlWithAControlCharacterIsRefused) {
+  for (const char* line : {"\r\n", "\n", "\r", "\t", " HTTP/1.1\r\n"}) {
+    for (const char* url : {"http://127.0.0.1:9/", "http://127.0.0.1", "http://user"}) {
+      EXPECT_FALSE(HttpConnection().Open("GET", std::string(url) + line + "X-Forged: 1@127.0.0.1:9/")) << url << line;
+    }
+  }
 }
 
 }  // namespace

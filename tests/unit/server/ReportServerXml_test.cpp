@@ -38,7 +38,6 @@ const std::vector<std::string> unusable = {
     "<root",
     std::string("<root\0></root>", 14),
     std::string(100000, '<'),
-    "<root>" + std::string(maximumAnswerText, ' ') + "</root>",
     [] {  // nested deeper than a parser's stack should follow
       std::string deep = "<root>";
       for (int level = 0; level < 50000; ++level) deep += "<a>";
