@@ -200,7 +200,7 @@ bool RunProgram() {
 }  // namespace zt
 
 int WINAPI wWinMain(HINSTANCE, HINSTANCE, wchar_t*, int) {
-  // Libraries that are loaded by name are never taken from the folder that the program was started in.
+  // Libraries that are loaded by name are never taken from the current folder.
   SetDllDirectoryW(L"");
   try {
     if (zt::RunProgram()) zt::WriteDebug("ZOLT - end");

@@ -33,8 +33,8 @@ bool IsTimeText(std::string_view text);
 // convert.
 std::optional<std::time_t> ParseTimeText(std::string_view text);
 
-// IsWithinDays tells whether the time of `text` lies less than `days` days before now. One that is more than a day in
-// the future does not. False for an empty text and, with a trace line, for one that is no time.
+// IsWithinDays tells whether the time of `text` lies less than `days` days before now. One that is a day or more
+// in the future does not. False for an empty text and, with a trace line, for one that is no time.
 bool IsWithinDays(std::string_view text, int days, const Now& now);
 
 // IsWithinDaysOf is the same against a reference time in place of now; an empty reference means now, one that is no
