@@ -7,7 +7,7 @@ namespace zt {
 
 HResult KVFPrinter::Unused() { return HResult::NotImplemented; }
 
-HResult KVFPrinter::GetSupplyUnitInfo(std::vector<SupplyEntry>&) { return HResult::NotImplemented; }
+HResult KVFPrinter::GetSupplyUnitInfo(std::vector<SupplyEntry>& /*supplies*/) { return HResult::NotImplemented; }
 
 HResult KVFPrinter::GetSerialNumber(std::string& serialNumber) {
   if (!serialNumber_) {
@@ -27,7 +27,7 @@ HResult KVFPrinter::GetCountryIndex(std::string& countryIndex) {
   return HResult::Ok;
 }
 
-HResult KVFPrinter::SetProtection(bool) { return HResult::NotImplemented; }
+HResult KVFPrinter::SetProtection(bool /*on*/) { return HResult::NotImplemented; }
 
 HResult KVFPrinter::GetModelFamilyName(std::string& name) {
   const std::string_view familyName = ModelFamilyName(family_);
@@ -50,7 +50,7 @@ HResult KVFPrinter::GetSBXState(std::uint32_t* state) {
   return HResult::Ok;
 }
 
-HResult KVFPrinter::GetInstalledDate(std::string&) { return HResult::NotImplemented; }
+HResult KVFPrinter::GetInstalledDate(std::string& /*date*/) { return HResult::NotImplemented; }
 
 void KVFPrinter::AdoptDeviceID(std::string_view text) {
   ParseDeviceID(text, deviceID_);

@@ -1,5 +1,7 @@
 #include "PrinterDeviceID.h"
 
+#include <algorithm>
+
 #include "Text.h"
 
 namespace zt {
@@ -91,10 +93,8 @@ void MergeExtendedDeviceID(std::string_view text, PrinterDeviceID& id, LeadByteP
 
 bool HasCommand(const PrinterDeviceID& id, std::string_view keyword) {
   // Blanks do not separate: in "PJL, ZOLT" the second word is " ZOLT".
-  for (const std::string_view word : SplitAny(id.commandSet, ",")) {
-    if (word == keyword) return true;
-  }
-  return false;
+  const std::vector<std::string_view> words = SplitAny(id.commandSet, ",");
+  return std::ranges::find(words, keyword) != words.end();
 }
 
 std::uint32_t SBXStateOf(const PrinterDeviceID& id) {

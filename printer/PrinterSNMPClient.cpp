@@ -115,25 +115,11 @@ std::vector<std::optional<std::string>> PrinterSNMPClient::GetSeveral(std::span<
 }
 
 bool PrinterSNMPClient::WalkIntegers(const char* column, std::vector<std::int32_t>& numbers) {
-  std::vector<std::int32_t> rows;
-  const bool walked = Walk(column, [&rows](const SNMPDataType& value) {
-    const std::optional<std::int32_t> number = NumberOf(value);
-    if (number) rows.push_back(*number);
-    return number.has_value();
-  });
-  if (walked) numbers = std::move(rows);
-  return walked;
+  return Walk(column, NumberOf, numbers);
 }
 
 bool PrinterSNMPClient::WalkTexts(const char* column, std::vector<std::string>& texts) {
-  std::vector<std::string> rows;
-  const bool walked = Walk(column, [&rows](const SNMPDataType& value) {
-    std::optional<std::string> text = TextOf(value);
-    if (text) rows.push_back(*std::move(text));
-    return text.has_value();
-  });
-  if (walked) texts = std::move(rows);
-  return walked;
+  return Walk(column, TextOf, texts);
 }
 
 bool PrinterSNMPClient::WalkAndJoin(const char* column, std::string& text) {
@@ -149,38 +135,46 @@ bool PrinterSNMPClient::Get(const char* name) {
   return pdu_.setVarBindList(&binding_, 1) == StatusSuccess && manager_.get(pdu_, target_) == StatusSuccess;
 }
 
-template <class Add>
-bool PrinterSNMPClient::Walk(const char* column, Add add) {
+template <class Value>
+bool PrinterSNMPClient::Walk(const char* column, std::optional<Value> (*read)(const SNMPDataType& value),
+                             std::vector<Value>& values) {
   binding_.setOID(OID(column));
   std::vector<std::uint32_t> last = ArcsOf(column);
+  std::vector<Value> rows;
   const auto end = now_() + kLongestWalk;
-  for (std::size_t rows = 0;; ++rows) {
+  for (;;) {
     // The list is set anew for each row: the answer before has left its value in it, and an empty text is refused in a
     // request.
     if (pdu_.setVarBindList(&binding_, 1) != StatusSuccess) return false;
-    if (manager_.getNext(pdu_, target_) != StatusSuccess) return pdu_.getErrorStatus() == kNoSuchName;
-
+    if (manager_.getNext(pdu_, target_) != StatusSuccess) {
+      if (pdu_.getErrorStatus() != kNoSuchName) return false;
+      break;
+    }
     const VarBind& row = pdu_.getVarBind(0);
     const std::string_view name = row.getOID().getValue();
-    if (!IsUnder(name, column)) return true;
+    if (!IsUnder(name, column)) break;
     // A printer whose names don't increase would be walked forever.
     std::vector<std::uint32_t> arcs = ArcsOf(name);
     if (arcs <= last) {
       ZT_TRACE(Warning, "name does not increase in walk of " << column << " : " << name);
       return false;
     }
-    if (rows == kMaximumRows) {
+    if (rows.size() == kMaximumRows) {
       ZT_TRACE(Warning, "too many rows in walk of " << column);
       return false;
     }
     if (now_() > end) {
-      ZT_TRACE(Warning, "too slow a walk of " << column << ", given up after rows: " << rows);
+      ZT_TRACE(Warning, "too slow a walk of " << column << ", given up after rows: " << rows.size());
       return false;
     }
-    if (!add(row.getValue())) return false;
+    std::optional<Value> value = read(row.getValue());
+    if (!value) return false;
+    rows.push_back(*std::move(value));
     binding_.setOID(row.getOID());
     last = std::move(arcs);
   }
+  values = std::move(rows);
+  return true;
 }
 
 }  // namespace zt

@@ -54,9 +54,9 @@ class PrinterSNMPClient {
  private:
   bool Get(const char* name);
 
-  // Walk hands each row's value to `add`, which tells whether it is of the right type.
-  template <class Add>
-  bool Walk(const char* column, Add add);
+  // `read` answers nothing for a value of another type.
+  template <class Value>
+  bool Walk(const char* column, std::optional<Value> (*read)(const SNMPDataType& value), std::vector<Value>& values);
 
   SteadyNow now_;
   SNMPManager manager_;

@@ -37,7 +37,7 @@ constexpr Toner kToners[] = {
 
 }  // namespace
 
-bool VirtualZOLTDataProvider::Initialize(bool) {
+bool VirtualZOLTDataProvider::Initialize(bool /*checkSupport*/) {
   ZT_TRACE(Information, "virtual printer in place of " << queueName_);
   return true;
 }
@@ -49,7 +49,7 @@ bool VirtualZOLTDataProvider::GetSerialNumber(std::string& serialNumber) {
 
 std::string VirtualZOLTDataProvider::GetPrinterAddress() const { return kAddress; }
 
-bool VirtualZOLTDataProvider::WaitForJobs(int, bool& jobsPending) {
+bool VirtualZOLTDataProvider::WaitForJobs(int /*maximumPolls*/, bool& jobsPending) {
   jobsPending = false;
   return true;
 }
@@ -106,7 +106,7 @@ bool VirtualZOLTDataProvider::CheckSBXSupport(std::uint32_t* state) {
 
 bool VirtualZOLTDataProvider::SendRawToQueue(const char* text) { return text != nullptr; }
 
-bool VirtualZOLTDataProvider::SetProtection(bool) { return true; }
+bool VirtualZOLTDataProvider::SetProtection(bool /*on*/) { return true; }
 
 bool VirtualZOLTDataProvider::GetModelName(std::string& modelName) {
   modelName = kModel;
