@@ -38,6 +38,10 @@ class ScriptedAgreement:
         """The questions so far, in order: queue "Office" language "EN" countryIs52 0 -> 2"""
         return self._asked.read_text(encoding="utf-8").splitlines() if self._asked.exists() else []
 
+    def forget(self) -> None:
+        """Empties the record."""
+        self._asked.unlink(missing_ok=True)
+
     def remove(self) -> None:
         """Takes the library away, with its answer and its record."""
         for file in (self.library, self._answer, self._asked):

@@ -165,6 +165,12 @@ class World:
 
     # What the spooler has seen
 
+    def forget_spooler(self) -> None:
+        """Takes the spooler's record and its jobs away. No program must be running."""
+        for file in self.spool_folder.iterdir():
+            if file.name != "winspool.ini":
+                file.unlink()
+
     @property
     def spooler_calls(self) -> list[str]:
         """Every call with its outcome, in order."""
