@@ -2,6 +2,8 @@
 # Shows the agent at its main job, in a simulated printing world: a print queue, a printer that answers by SNMP, a report
 # server, and the real ZT.exe, started three times. Exits with 0 when everything was seen.
 #   ./demo.sh              all of it
+#   ./demo.sh --usb        the printer at a USB port
+#   ./demo.sh --wsd        the queue on a port for Web Services for Devices
 #   ./demo.sh --virtual    the same road with canned printer data: no SNMP agent, no network of its own
 set -euo pipefail
 cd "$(dirname "$0")"
@@ -14,7 +16,7 @@ tools/fetch-tinyxml2.sh
 
 say "The agent, built into dist/"
 cmake --preset windows >/dev/null
-cmake --build --preset windows --target ZT sim_winspool
+cmake --build --preset windows --target ZT sim_winspool sim_discovery sim_usbprint
 rm -rf dist
 cmake --install build/windows >/dev/null
 ls -l dist/bin/ZT.exe

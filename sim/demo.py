@@ -5,26 +5,43 @@ import sys
 from pathlib import Path
 
 SIM = Path(__file__).resolve().parent
-sys.path[:0] = [str(SIM), str(SIM / "snmp-agent"), str(SIM / "report-server")]
+sys.path[:0] = [str(SIM), str(SIM / "snmp-agent"), str(SIM / "report-server"), str(SIM / "usb")]
 
 from mib_file import format_oid, format_value, parse_oid  # noqa: E402
 from report_server import ReportServer  # noqa: E402
 from show_request import show_request  # noqa: E402
 from snmp_agent import start_agent  # noqa: E402
 from snmp_client import walk  # noqa: E402
-from ztsim.world import Result, World  # noqa: E402
+from usb_printers import UsbPrinters  # noqa: E402
+from ztsim.world import BUILD, Result, World  # noqa: E402
 
 QUEUE = "Office colour printer"
 PRINTER = SIM / "printers" / "colour.mib"
-SPOOLER = f"""[queue {QUEUE}]
-driver = Velnora RV-2160 PCL
-port = IP_127.0.0.1
-jobs = 0
+USB_PRINTER = SIM / "usb" / "colour.ini"
+DISCOVERY = BUILD / "sim" / "function-discovery" / "function-discovery.dll"
+DISCOVERED = "urn:uuid:4509a320-00a0-008f-00b6-001a2b004711 = string 127.0.0.1\n"
 
-[port IP_127.0.0.1]
+# The queue's port, by the road that leads to the printer.
+PORTS = {
+    "tcp": """[port IP_127.0.0.1]
 monitor = TCPMON.DLL
 address = 127.0.0.1
-"""
+""",
+    "usb": """[port USB001]
+monitor = USB Monitor
+""",
+    "wsd": r"""[port WSD-4509a320]
+monitor = WSD Port
+DeviceID = UMB\UMB\1&2b6e1c5a&0&0002
+PnPXID = urn:uuid:4509a320-00a0-008f-00b6-001a2b004711
+""",
+}
+
+
+def spooler_script(road: str) -> str:
+    port = PORTS[road]
+    name = port[len("[port ") : port.index("]")]
+    return f"[queue {QUEUE}]\ndriver = Velnora RV-2160 PCL\nport = {name}\njobs = 0\n\n{port}"
 
 
 class Show:
@@ -87,29 +104,59 @@ def pages(server: ReportServer, first: int) -> list[str]:
     return [request.page for request in server.requests[first:]]
 
 
+def discover(show: Show, world: World) -> None:
+    """Lets Function Discovery know where the WSD port's device is."""
+    show.step("The device that Function Discovery knows")
+    show.block(DISCOVERED)
+    world.install(DISCOVERY)
+    (world.program_folder / "function-discovery.ini").write_text(DISCOVERED, encoding="utf-8")
+    world.run("/s", rf"C:\agent\{DISCOVERY.name}", program=r"..\windows\system32\regsvr32.exe")
+
+
+def usb_tour(show: Show, world: World, server: ReportServer) -> None:
+    show.step(f"The printer: {USB_PRINTER.name}, at a simulated USB port")
+    script = USB_PRINTER.read_text(encoding="ascii")
+    show.block(script)
+    usb = UsbPrinters(world.prefix, script)
+    usb.document(USB_PRINTER.with_suffix(".xml").read_bytes(), f"{USB_PRINTER.stem}.xml")
+    tour(show, world, server)
+    show.step("What the printer was asked over USB")
+    show.block("\n".join(usb.transcript))
+
+
 def main() -> int:
     parser = argparse.ArgumentParser(description=__doc__)
-    parser.add_argument("--virtual", action="store_true", help="canned printer data: no SNMP agent")
-    virtual = parser.parse_args().virtual
+    roads = parser.add_mutually_exclusive_group()
+    roads.add_argument("--virtual", action="store_true", help="canned printer data: no SNMP agent")
+    roads.add_argument("--usb", action="store_true", help="the printer is plugged into a USB port")
+    roads.add_argument("--wsd", action="store_true", help="the queue's port is one for Web Services for Devices")
+    options = parser.parse_args()
+    road = "usb" if options.usb else "wsd" if options.wsd else "tcp"
     show = Show()
 
     with World() as world, ReportServer() as server:
         show.step("The print spooler")
-        show.block(SPOOLER)
-        world.spooler(SPOOLER)
+        show.block(spooler_script(road))
+        world.spooler(spooler_script(road))
         world.log_to(4)
-        world.flags(URL=server.url, VirtualTest=int(virtual))
+        world.flags(URL=server.url, VirtualTest=int(options.virtual))
         show.step(f"The report server: {server.url}")
-        if virtual:
+        if options.virtual:
             show.step("The printer: canned data (registry flag VirtualTest)")
-            return tour(show, world, server)
-        show.step(f"The printer: {PRINTER.name}, served by snmpd on UDP port 161")
-        with start_agent(PRINTER):
-            show_printer(show)
-            return tour(show, world, server)
+            tour(show, world, server)
+        elif options.usb:
+            usb_tour(show, world, server)
+        else:
+            if options.wsd:
+                discover(show, world)
+            show.step(f"The printer: {PRINTER.name}, served by snmpd on UDP port 161")
+            with start_agent(PRINTER):
+                show_printer(show)
+                tour(show, world, server)
+    return show.close()
 
 
-def tour(show: Show, world: World, server: ReportServer) -> int:
+def tour(show: Show, world: World, server: ReportServer) -> None:
     result = start(show, world, server, "First start")
     show.expect(pages(server, 0) == ["CheckDate.aspx", "Connector.aspx"], "the server was asked, then sent the report")
     report = server.requests[-1].fields.get("data", "") if server.requests else ""
@@ -127,7 +174,6 @@ def tour(show: Show, world: World, server: ReportServer) -> int:
     result = start(show, world, server, "Third start, without history and with the server gone")
     show.expect(result.log_texts[-1:] == ["3 svr not connect. bye~"], '"svr not connect. bye~"')
     show.expect("LastServerFailedTime=" in world.settings, "the history holds the time of the failure")
-    return show.close()
 
 
 if __name__ == "__main__":
