@@ -1,5 +1,8 @@
 #include "ZOLTLocalSetting.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include "Text.h"
 
 namespace zt {
@@ -12,10 +15,16 @@ constexpr std::string_view history = "History";
 constexpr std::string_view switchedOn = "1";
 constexpr std::string_view switchedOff = "2";
 
+// Characters that would end a key when the file is read again.
+bool EndsKey(char character) { return std::string_view("=;\r\n").find(character) != std::string_view::npos; }
+
+// A printer whose serial number holds such a character must not be forgotten at each start.
 std::string PrinterKey(std::string_view key, std::string_view id) {
   id = Trim(id);
   std::string printerKey(key);
-  if (!id.empty()) printerKey.append("_").append(id);
+  if (id.empty()) return printerKey;
+  printerKey += '_';
+  std::replace_copy_if(id.begin(), id.end(), std::back_inserter(printerKey), EndsKey, '_');
   return printerKey;
 }
 

@@ -154,6 +154,25 @@ TEST_F(LocalSettingTest, ReadsOddValues) {
   EXPECT_TRUE(untouched);
 }
 
+TEST_F(LocalSettingTest, AnyPrinterIsFoundAgain) {
+  // The last of them is a key like any other: it cannot reach into another section.
+  for (const char* id : {"P=1", "P;1", "=", "a b\tc", "[P]", "\xFF\x80", "P\r\n[Common]\r\nZOLTEnabled=2"}) {
+    Remove();
+    {
+      ZOLTLocalSetting settings(store);
+      ASSERT_TRUE(settings.Load());
+      settings.SetLastSendTime(id, "2014-03-06 10:00:00");
+    }
+    ZOLTLocalSetting settings(store);
+    ASSERT_TRUE(settings.Load());
+    std::string time;
+    EXPECT_TRUE(settings.GetLastSendTime(id, time)) << id;
+    EXPECT_EQ(time, "2014-03-06 10:00:00");
+    bool enabled = true;
+    EXPECT_FALSE(settings.GetZOLTEnabled(enabled));
+  }
+}
+
 TEST_F(LocalSettingTest, TheTailOfALongerFileStays) {
   Write("[Common]\r\nNSLanguageCode=1, 2, 3, 4\r\n");
   {
@@ -217,7 +236,7 @@ TEST_F(LocalSettingTest, FailuresToSaveAndToDeleteAreTraced) {
   processLogger.Flush();
 
   const std::string message = "Can't delete file (" + path.string() + ")!!!";
-  EXPECT_THAT(debug.lines, ElementsAre(path.string(), message));
+  EXPECT_THAT(debug.lines, ElementsAre(path.string(), "[KVF] " + message));
   const std::string log = folder.Read(L"zt.log");
   EXPECT_THAT(log, HasSubstr("\t2\tFailed to save to file!\r\n"));
   EXPECT_THAT(log, EndsWith("\t3\t" + message + "\r\n"));
