@@ -19,6 +19,7 @@ PRINTERS = SIM / "printers"
 sys.path[:0] = [str(folder) for folder in (SIM, SIM / "snmp-agent", SIM / "report-server")]
 
 import answers  # noqa: E402
+import misbehaviour as rule  # noqa: E402, F401
 from hostile import HostileAgent  # noqa: E402
 from report_server import ReportServer  # noqa: E402
 from snmp_agent import start_agent  # noqa: E402

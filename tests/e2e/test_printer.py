@@ -1,0 +1,334 @@
+"""Printers that answer wrongly, or not at all: a clean end within bounded time, its line, and the history kept."""
+
+import unittest
+
+from office import PRINTERS, Gate, OfficeTestCase, answers, history, queue_script, rule
+
+PWG_ID = "1.3.6.1.4.1.2699.1.2.1.2.1.1.3.1"
+MAKER_ID = "1.3.6.1.4.1.53017.11.5.1.1.1.26.0"
+SERIAL = "1.3.6.1.2.1.43.5.1.1.17.1"
+SUPPLIES = "1.3.6.1.2.1.43.11.1.1"
+MAKER = "1.3.6.1.4.1.53017.11.5.11.53"
+IBL, TTIME = MAKER + ".11.1.2.0", MAKER + ".11.1.1.0"
+INSTALLED, FIRMWARE = MAKER + ".31.1.6.0", MAKER + ".31.1.7.0"
+EXTENDED = MAKER + ".33.4.1.2"
+TONERS = MAKER + ".61.5.2.1"
+
+UNUSABLE = ("4 failed to initialize printer", "3 not valid IO. bye~")
+UNSUPPORTED = ("4 ZOLT is not supported!", "3 not valid IO. bye~")
+NAMELESS = ("2 Serial Number is missing!!!", "3 mandatory info not available! bye~")
+COLLECTION_FAILED = "4 Failed to get info from device. Will retry at next week. bye~"
+OLD = {"LastSendTime_OTHER": "2014-03-06 10:00:00", "LastCollectFailedTime_10.0.0.9": "2014-03-06 10:00:00"}
+
+
+def device_id(commands: str, model: str = "Velnora RV-2160 Series") -> dict[str, str]:
+    """The changes of a printer that make this its device ID."""
+    return {name: f'STRING: "MFG:Velnora;CMD:{commands};MDL:{model};CLS:PRINTER;"' for name in (PWG_ID, MAKER_ID)}
+
+
+class PrinterTestCase(OfficeTestCase):
+    def setUp(self):
+        super().setUp()
+        self.server = self.report_server()
+        # The histories of the others stay, whatever happens.
+        self.world.settings = history(**OLD)
+
+    def assert_collection_failed(self, codes: str) -> None:
+        """A run that cannot use the printer, which the next run then leaves alone."""
+        result = self.run_agent()
+        self.assert_ends_with(result, "4 End collecting...", "3 failed to collect from Office : " + codes, COLLECTION_FAILED)
+        self.assert_recorded(**OLD, **{"LastCollectFailedTime_127.0.0.1": None})
+        self.assertNotIn("Connector.aspx", [request.page for request in self.server.requests])
+        self.world.settings = history(**OLD)
+
+
+class OpeningTest(PrinterTestCase):
+    def test_printer_that_is_switched_off(self):
+        for address, seconds in (("127.0.0.1", 3), ("absent.example", 0)):
+            with self.subTest(address):
+                self.world.spooler(queue_script(address="", more_of_port="host = " + address))
+                self.world.settings = history(**OLD)
+                result = self.run_agent()
+                self.assert_ends_with(result, *UNUSABLE)
+                self.assertGreaterEqual(result.seconds, seconds)
+                self.assertLess(result.seconds, 30)
+                self.assert_recorded(**OLD, **{"LastCollectFailedTime_" + address: None})
+                self.assertEqual(self.server.requests, [])
+
+        # A week long it is not even asked.
+        for days, asks in ((6.9, False), (7.01, True)):
+            printer = self.scripted_printer()
+            failed = self.world.time_text(days_ago=days)
+            self.world.settings = history(**{"LastCollectFailedTime_127.0.0.1": failed})
+            self.world.spooler(queue_script())
+            result = self.run_agent()
+            self.assertEqual(bool(printer.requests), asks)
+            if not asks:
+                self.assert_ends_with(
+                    result, "3 Last IO fail is near! Bye~", "3 found last col fail. try later. bye~"
+                )
+                self.assert_recorded(**{"LastCollectFailedTime_127.0.0.1": failed})
+            printer.stop()
+
+    def test_device_id_that_is_no_answer(self):
+        printer = self.scripted_printer()
+        for name, what in {
+            "each prefix": rule.each_prefix(),
+            "nothing behind the name": rule.prefix(40),
+            "garbage": rule.garbage(1400),
+            "empty datagram": rule.bytes_of(b""),
+            "zeros": rule.bytes_of(bytes(8000)),
+            "endless length": rule.bytes_of("30 84 ff ff ff ff 02 01 00"),
+            "negative length": rule.bytes_of("30 ff"),
+            "indefinite lengths": rule.indefinite(),
+            "lying list": rule.lie("bindings", 1000),
+            "no bindings": rule.fewer(2),
+            "a number": rule.value("INTEGER: 5"),
+            "no value": rule.value("NULL"),
+            "end of view of SNMPv2": rule.value_bytes(0x82),
+            "empty texts": rule.value('""'),
+            "general error": rule.error(5),
+            "no such name, at an index beyond": rule.error(2, 9),
+            "no such name, again and again": rule.error(2, 1),
+        }.items():
+            with self.subTest(name):
+                printer.behave()
+                printer.misbehave(what)
+                self.world.settings = history(**OLD)
+                result = self.run_agent()
+                self.assert_ends_with(result, *UNUSABLE)
+                self.assert_recorded(**OLD, **{"LastCollectFailedTime_127.0.0.1": None})
+        self.assertEqual(self.server.requests, [])
+
+    def test_device_id_that_says_nothing(self):
+        printer = self.scripted_printer()
+        for text in (
+            "x",
+            ";;;:::;;;",
+            "MFG:Velnora;CMD:PJL, ZOLT;MDL:Velnora RV-2160;",
+            "MFG:Velnora; CMD:ZOLT;MDL:Velnora RV-2160;",
+            "MFG:Velnora;CMD:ZOLT2,XZOLT,zolt;MDL:X;",
+            "CMD:" + "," * 900,
+        ):
+            with self.subTest(text):
+                self.world.settings = history(**OLD)
+                printer.change({name: f'STRING: "{text}"' for name in (PWG_ID, MAKER_ID)})
+                self.assert_ends_with(self.run_agent(), *UNSUPPORTED)
+                self.assert_recorded(**OLD, **{"LastCollectFailedTime_127.0.0.1": None})
+
+    def test_one_of_the_two_device_ids(self):
+        for gone in (PWG_ID, MAKER_ID):
+            printer = self.scripted_printer()
+            printer.remove(gone)
+            self.assert_ends_with(self.run_agent(), "4 send sucessfully...")
+            self.world.settings = history(**OLD)
+            printer.stop()
+
+    def test_extended_device_id(self):
+        printer = self.scripted_printer("extended")
+        for name, what in {
+            "silence": rule.silence(),
+            "endless": rule.endless_walk('STRING: "CMD:ZOLT;"'),
+            "same again": rule.same_name(),
+            "numbers": rule.value("INTEGER: 1"),
+        }.items():
+            with self.subTest(name):
+                self.world.settings = history(**OLD)
+                printer.behave()
+                printer.misbehave(what, EXTENDED, skip=1 if name == "same again" else 0)
+                result = self.run_agent()
+                # The word that makes it supported stands there.
+                self.assert_ends_with(result, *UNSUPPORTED)
+                traced = {
+                    "endless": f"3 too many rows in walk of {EXTENDED}",
+                    "same again": f"3 name does not increase in walk of {EXTENDED} : {EXTENDED}.1",
+                }.get(name)
+                self.assertEqual([text for text in result.log_texts if "walk" in text], [traced] if traced else [])
+
+
+class SerialNumberTest(PrinterTestCase):
+    def test_no_serial_number(self):
+        printer = self.scripted_printer()
+        for name, what in {
+            "silence": rule.silence(),
+            "a number": rule.value("INTEGER: 4711"),
+            "no such name": rule.error(2),
+        }.items():
+            with self.subTest(name):
+                self.world.settings = history(**OLD)
+                printer.behave()
+                printer.misbehave(what, SERIAL)
+                self.assert_ends_with(self.run_agent(), *NAMELESS)
+                self.assert_recorded(**OLD, **{"LastCollectFailedTime_127.0.0.1": None})
+        self.assertEqual(self.server.requests, [])
+
+    def test_printer_of_a_service_contract(self):
+        printer = self.scripted_printer(changes={SERIAL: 'STRING: " MPS-MODE\r\n"'})
+        self.assert_ends_with(self.run_agent(), "4 Get Serial number...", "3 mandatory info not available! bye~")
+        self.assert_recorded(**OLD, **{"LastCollectFailedTime_127.0.0.1": None})
+        # Its beginning is a serial number like any other.
+        self.world.settings = history(**OLD)
+        printer.change({SERIAL: 'STRING: "MPS-MOD"'})
+        self.assert_ends_with(self.run_agent(), "4 send sucessfully...")
+
+    def test_serial_numbers_of_any_bytes(self):
+        printer = self.scripted_printer()
+        for number, key, posted in (
+            ("A&B=C+d %41/é", "A&B_C+d %41/é", b"A%26B%3dC%2bd%20%2541%2f%e9"),
+            ("\r\n VN1 \r\n", "VN1", b"VN1"),
+            ("a\r\n[Common]\r\nZOLTEnabled=2", "a__[Common]__ZOLTEnabled_2", b"a%0d%0a%5bCommon%5d%0d%0aZOLTEnabled%3d2"),
+            ("", "", b""),
+        ):
+            with self.subTest(number):
+                self.server.requests.clear()
+                self.world.settings = history(**OLD)
+                printer.change({SERIAL: "Hex-STRING: " + number.encode("latin-1").hex()})
+                self.assert_ends_with(self.run_agent(), "4 send sucessfully...")
+                self.assertEqual(self.server.requests[0].body, b"SerialNumber=" + posted)
+                # The history of the others survives, nothing is switched off by it, and the printer is known again.
+                self.assertEqual(set(self.settings()), {"History"})
+                self.assert_recorded(**OLD, **{"LastSendTime_" + key if key else "LastSendTime": None})
+                self.assert_ends_with(self.run_agent(), "4 skip send success local. bye~")
+
+
+class CollectionTest(PrinterTestCase):
+    def test_nothing_to_report(self):
+        printer = self.scripted_printer()
+        self.set_flags(DontCheckSkip=1)
+        for name, codes, harm in (
+            ("counters of text", "/no counters", lambda: printer.misbehave(rule.value('STRING: "1"'), TONERS + ".21")),
+            ("counters that do not fit", "/no counters", lambda: printer.remove(TONERS + ".18.4")),
+            ("silent counters", "/no counters", lambda: printer.misbehave(rule.silence(), TONERS + ".18")),
+            ("no model", "/modelname err", lambda: printer.change(device_id("ZOLT", model=""))),
+        ):
+            with self.subTest(name):
+                harm()
+                self.assert_collection_failed(codes)
+                printer.behave()
+
+    def test_gaps(self):
+        everything = "/no toner pub/fwv err/no ibl/no ttime/no instdate"
+        for name, codes, harm in (
+            ("little", everything, lambda printer: printer.remove(SUPPLIES, FIRMWARE, IBL, TTIME, INSTALLED)),
+            ("one supply unread", "/no toner pub", lambda printer: printer.remove(SUPPLIES + ".9.1.6")),
+            ("no maker's table", "/no toner prv", lambda printer: printer.remove(TONERS + ".2")),
+            ("colour unknown", "/unknown color", lambda printer: printer.change({TONERS + ".2.4": "INTEGER: 19"})),
+            ("no models", "/modelid missing" * 4, lambda printer: printer.remove(TONERS + ".19")),
+            ("level above maximum", "/invalid level", lambda printer: printer.change({SUPPLIES + ".9.1.1": "INTEGER: 9999"})),
+            ("date of letters", "/invalid instdate", lambda printer: printer.change({INSTALLED: 'STRING: "yesterday"'})),
+            ("date of a toner", "/no instdate", lambda printer: printer.change({TONERS + ".10.2": '""'})),
+            ("numbers in place of texts", "/fwv err", lambda printer: printer.misbehave(rule.value("INTEGER: 1"), FIRMWARE)),
+            ("endless table", "/no toner pub", lambda printer: printer.misbehave(rule.endless_walk("INTEGER: 3"), SUPPLIES + ".5")),
+            ("table in a circle", "/no toner pub", lambda printer: printer.misbehave(rule.same_name(), SUPPLIES + ".5")),
+            ("silent table", "/no toner prv", lambda printer: printer.misbehave(rule.silence(), TONERS + ".5")),
+        ):
+            with self.subTest(name):
+                self.world.settings = history(**OLD)
+                printer = self.scripted_printer()
+                harm(printer)
+                result = self.run_agent()
+                self.assertIn("4 collected with gaps from Office : " + codes, result.log_texts)
+                self.assert_ends_with(result, "4 send sucessfully...")
+                self.assert_recorded(**OLD, LastSendTime_VNRV2160004711=None)
+                printer.stop()
+
+    def test_late_answer_is_not_taken_for_another_object(self):
+        printer = self.scripted_printer()
+        # It comes while the next object is being asked for, whose own answer never comes.
+        printer.misbehave(rule.late(3.5), IBL)
+        printer.misbehave(rule.silence(), TTIME)
+        result = self.run_agent()
+        self.assertIn("4 collected with gaps from Office : /no ibl/no ttime", result.log_texts)
+        self.assertNotIn("TTime", self.server.requests[-1].fields["data"])
+
+    def test_printer_that_falls_silent(self):
+        printer = self.scripted_printer()
+        gate = Gate(answers.check_date())
+        self.server.answer("CheckDate.aspx", gate.answer)
+        run = self.start_agent()
+        gate.wait_for_visitor()
+        printer.stop()
+        gate.open()
+        result = self.finish(run)
+        self.assert_ends_with(result, "3 failed to collect from Office : /no toner pub/fwv err/no counters", COLLECTION_FAILED)
+        self.assertLess(result.seconds, 30)
+        self.assert_recorded(**OLD, **{"LastCollectFailedTime_127.0.0.1": None})
+
+    def test_answers_with_a_wrong_bit(self):
+        # Whatever comes of such a run, it ends by itself, in order, and keeps what it is not about.
+        for seed in range(12):
+            with self.subTest(seed=seed):
+                self.world.settings = history(**OLD)
+                printer = self.scripted_printer()
+                printer.misbehave(rule.flipped(seed), skip=2 + 4 * seed, times=3)
+                result = self.run_agent()
+                self.assertIn("ZOLT - end", result.debug)
+                recorded = self.settings()["History"]
+                self.assertEqual({name: recorded[name] for name in OLD}, OLD)
+                self.assertEqual(len(recorded), len(OLD) + 1)
+                printer.stop()
+
+    def test_values_that_are_markup(self):
+        printer = self.scripted_printer(changes={FIRMWARE: 'STRING: "1 & 2 < 3"'})
+        result = self.run_agent()
+        # The document is what the printer made it; the server decides.
+        self.assertIn("3 error:invalid xml data", result.log_texts)
+        self.assertIn("<SystemFirmwareVersion>1 & 2 < 3</SystemFirmwareVersion>", self.server.requests[-1].fields["data"])
+        self.world.settings = history(**OLD)
+        printer.misbehave(rule.giant(60000), FIRMWARE)
+        self.assert_ends_with(self.run_agent(), "4 send sucessfully...")
+
+
+class DocumentTest(PrinterTestCase):
+    """Printers that serve their usage document themselves."""
+
+    def setUp(self):
+        super().setUp()
+        self.printer = self.scripted_printer("rds")
+        self.good = (PRINTERS / "rds.xml").read_text(encoding="utf-8")
+
+    def test_document_that_does_not_come(self):
+        self.assert_collection_failed("/xml error")
+        web = self.report_server(port=80)
+        for name, answer in {
+            "not there": answers.status(404),
+            "login wanted": answers.Answer(b"", 401, {"WWW-Authenticate": 'Basic realm="printer"'}),
+            "empty page": answers.Answer(status=204),
+            "dropped": answers.dropped(),
+            "nothing": answers.Answer(b""),
+            "a page": answers.Answer("<html><body><p>Welcome<br></body></html>"),
+            "cut": answers.Answer(self.good[: len(self.good) // 2]),
+            "broken off": answers.broken_off(answers.Answer(self.good)),
+            "zeros": answers.Answer(bytes(5000)),
+            "deep": answers.Answer(b"<root>" * 20000),
+            "huge": answers.huge(17 * 1024 * 1024),
+        }.items():
+            with self.subTest(name):
+                web.answer("rds/rds.xml", answer)
+                self.assert_collection_failed("/xml error")
+
+    def test_documents_with_gaps(self):
+        web = self.report_server(port=80)
+        for name, document, codes in (
+            ("no report", "<root><Other/></root>", "/no ZOLT el"),
+            ("no counts", "<root><ZOLT/></root>", "/no Count el"),
+            ("colour", self.good.replace("<Color>K<", "<Color>Black<"), "/invalid tcolor"),
+            ("level", self.good.replace("<Level>3</Level>", ""), "/no tlevel"),
+        ):
+            with self.subTest(name):
+                self.world.settings = history(**OLD)
+                web.answer("rds/rds.xml", answers.Answer(document))
+                result = self.run_agent()
+                self.assertTrue(any(codes in text for text in result.log_texts), result.log_texts)
+                self.assertIn("ZOLT - end", result.debug)
+
+    def test_late_document(self):
+        web = self.report_server(port=80)
+        web.answer("rds/rds.xml", answers.trickling(answers.Answer(self.good[:1500]), 0.001))
+        self.assert_collection_failed("/xml error")
+        web.answer("rds/rds.xml", answers.late(1, answers.Answer(self.good)))
+        self.assert_ends_with(self.run_agent(), "4 send sucessfully...")
+
+
+if __name__ == "__main__":
+    unittest.main()
