@@ -14,6 +14,17 @@ bool BerReader::skipExactly(std::span<const std::uint8_t> expected) noexcept {
   return true;
 }
 
+std::optional<std::size_t> BerReader::takeLongLength(std::size_t bytes) noexcept {
+  // X.690, 8.1.3.5; its minimal use is not required. No bytes at all are the indefinite form (8.1.3.6), which SNMP does
+  // not know; four of them name more than any datagram holds.
+  if (bytes == 0 || bytes > 4) return std::nullopt;
+  const auto taken = take(bytes);
+  if (!taken) return std::nullopt;
+  std::size_t length = 0;
+  for (std::uint8_t byte : *taken) length = length << 8 | byte;
+  return length;
+}
+
 std::optional<std::int32_t> readInteger(BerReader content) noexcept {
   // X.690, 8.3.1 asks for one byte at least; more than four leave 32 bits. Needless leading bytes (8.3.2) are let pass:
   // agents send them.
@@ -35,53 +46,20 @@ std::optional<std::uint32_t> readUnsigned(BerReader content) noexcept {
   return value;
 }
 
-namespace {
-
-constexpr std::size_t kMaxArcs = 255;
-
-/// Puts dotted numbers one after the other into a text of fixed size.
-class DottedText {
- public:
-  explicit DottedText(OidText& text) noexcept : begin_(text.data()), next_(begin_), end_(begin_ + text.size() - 1) {}
-
-  /// false when the text is full.
-  [[nodiscard]] bool append(std::uint32_t arc) noexcept {
-    if (end_ - next_ < 2) return false;  // room for the dot and one digit
-    *next_ = '.';
-    next_ += next_ != begin_ ? 1 : 0;
-    if (arc < 10) {  // as most are
-      *next_++ = static_cast<char>('0' + arc);
-      return true;
-    }
-    const auto [next, error] = std::to_chars(next_, end_, arc);
-    next_ = next;
-    return error == std::errc();
-  }
-
-  [[nodiscard]] std::size_t finish() noexcept {
-    *next_ = '\0';
-    return static_cast<std::size_t>(next_ - begin_);
-  }
-
- private:
-  char* begin_;
-  char* next_;
-  char* end_;
-};
-
-}  // namespace
-
 std::optional<std::size_t> readObjectIdentifier(BerReader content, OidText& text) noexcept {
   const auto first = content.takeByte();
   if (!first) return std::nullopt;
+  char* next = text.data();
+  char* const end = next + text.size() - 1;
   // X.690, 8.19.4 joins the first two arcs as 40 * first + second. One byte is all that is looked at, and 40 is divided
   // out of numbers above 119 too.
-  DottedText dotted(text);
-  std::size_t arcs = 2;
-  if (!dotted.append(*first / 40U) || !dotted.append(*first % 40U)) return std::nullopt;
+  *next++ = static_cast<char>('0' + *first / 40);
+  *next++ = '.';
+  next = std::to_chars(next, end, *first % 40).ptr;
 
   // X.690, 8.19.2: base 128, high bit set on all bytes of a number but the last. A leading 80 is let pass.
   // Texts have always been made with "%d": an arc above 2147483647 would come out negative, which no OID takes.
+  // There may be 255 arcs; the text ends before that.
   constexpr std::uint32_t kMaxArc = std::numeric_limits<std::int32_t>::max();
   std::uint32_t arc = 0;
   bool complete = true;
@@ -90,11 +68,20 @@ std::optional<std::size_t> readObjectIdentifier(BerReader content, OidText& text
     arc = arc << 7 | (byte & 0x7FU);
     complete = byte < 0x80;
     if (!complete) continue;
-    if (++arcs > kMaxArcs || !dotted.append(arc)) return std::nullopt;
+    if (end - next < 2) return std::nullopt;
+    *next++ = '.';
+    if (arc < 10) {  // as most are
+      *next++ = static_cast<char>('0' + arc);
+    } else {
+      const auto [behind, error] = std::to_chars(next, end, arc);
+      if (error != std::errc()) return std::nullopt;
+      next = behind;
+    }
     arc = 0;
   }
   if (!complete) return std::nullopt;
-  return dotted.finish();
+  *next = '\0';
+  return static_cast<std::size_t>(next - text.data());
 }
 
 }  // namespace ztsnmp

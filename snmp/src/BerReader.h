@@ -48,7 +48,8 @@ class BerReader {
   [[nodiscard]] std::optional<BerReader> enter(std::uint8_t tag) noexcept;
 
  private:
-  [[nodiscard]] std::optional<std::size_t> takeLength() noexcept;
+  /// takeLongLength reads the bytes of a long-form length, so many of them.
+  [[nodiscard]] std::optional<std::size_t> takeLongLength(std::size_t bytes) noexcept;
 
   std::span<const std::uint8_t> rest_;
 };
@@ -58,30 +59,20 @@ struct BerReader::Element {
   BerReader content;
 };
 
-inline std::optional<std::size_t> BerReader::takeLength() noexcept {
-  const auto first = takeByte();
-  if (!first || *first < 0x80) return first;  // X.690, 8.1.3.4: short form
-  // X.690, 8.1.3.5: long form, its minimal use not required. 0x80 is the indefinite form (8.1.3.6), which SNMP does
-  // not know; four bytes name more than any datagram holds.
-  const std::size_t count = *first & 0x7F;
-  if (count == 0 || count > 4) return std::nullopt;
-  const auto bytes = take(count);
-  if (!bytes) return std::nullopt;
-  std::size_t length = 0;
-  for (std::uint8_t byte : *bytes) length = length << 8 | byte;
-  return length;
-}
-
 inline std::optional<BerReader::Element> BerReader::takeElement() noexcept {
   BerReader ahead = *this;
-  const auto tag = ahead.takeByte();
-  if (!tag) return std::nullopt;
-  const auto length = ahead.takeLength();
-  if (!length) return std::nullopt;
-  const auto content = ahead.take(*length);
+  const auto head = ahead.take(2);
+  if (!head) return std::nullopt;
+  std::size_t length = (*head)[1];  // X.690, 8.1.3.4: short form
+  if (length >= 0x80) {
+    const auto longForm = ahead.takeLongLength(length & 0x7F);
+    if (!longForm) return std::nullopt;
+    length = *longForm;
+  }
+  const auto content = ahead.take(length);
   if (!content) return std::nullopt;
   *this = ahead;
-  return Element{*tag, BerReader(*content)};
+  return Element{(*head)[0], BerReader(*content)};
 }
 
 inline std::optional<BerReader> BerReader::enter(std::uint8_t tag) noexcept {

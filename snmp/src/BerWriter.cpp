@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <limits>
+#include <optional>
 
 namespace ztsnmp {
 
@@ -12,49 +13,45 @@ constexpr std::uint8_t kTagInteger = 0x02;
 constexpr std::uint8_t kTagNull = 0x05;
 constexpr std::uint8_t kTagObjectIdentifier = 0x06;
 
-/// The text of an OID has 255 characters at most. One number of 10 digits takes a dot and 5 bytes, one digit a dot and
-/// a byte, so no encoding is longer than this.
-constexpr std::size_t kMaxEncodedName = 260;
+/// The text of an OID has 255 characters at most, and each of its numbers takes no more bytes than digits and dot.
+using EncodedName = std::array<std::uint8_t, 260>;
 
-/// Puts the numbers of an OBJECT IDENTIFIER one after the other. false: there is no encoding.
-class EncodedName {
- public:
-  [[nodiscard]] bool append(std::uint64_t arc) noexcept {
-    if (arcs_++ < 2) return appendJoined(arc);
-    if (arc < 0x80 && size_ < bytes_.size()) {  // as most are
-      bytes_[size_++] = static_cast<std::uint8_t>(arc);
-      return true;
-    }
-    if (size_ + 5 > bytes_.size()) return false;
-    // X.690, 8.19.2: base 128, high bit set on all bytes but the last.
-    int shift = 0;
-    while (arc >> shift >= 0x80) shift += 7;
-    for (; shift > 0; shift -= 7) bytes_[size_++] = static_cast<std::uint8_t>(arc >> shift | 0x80);
-    bytes_[size_++] = static_cast<std::uint8_t>(arc & 0x7F);
-    return true;
+/// Takes the next number, and the dot behind it, off a text that consists of digits and single dots; 0 at its end, a
+/// number above 32 bits for one that is too large.
+std::uint64_t takeArc(const char*& dotted) noexcept {
+  std::uint64_t arc = 0;
+  for (; *dotted >= '0' && arc <= std::numeric_limits<std::uint32_t>::max(); ++dotted) {
+    arc = arc * 10 + static_cast<std::uint64_t>(*dotted - '0');
   }
+  if (*dotted == '.') ++dotted;
+  return arc;
+}
 
-  [[nodiscard]] std::size_t arcs() const noexcept { return arcs_; }
-  [[nodiscard]] std::span<const std::uint8_t> bytes() const noexcept { return std::span(bytes_).first(size_); }
+/// The content of an OBJECT IDENTIFIER; its length, or nullopt when there is no encoding.
+std::optional<std::size_t> encodeName(const char* dotted, EncodedName& out) noexcept {
+  // X.690, 8.19.4: the first two arcs share a byte, 40 * first + second. What does not fit into one is not encoded at
+  // all, since the reading side looks at one byte. Missing arcs count as 0, so "" goes out as 0.0 and "1" as 1.0, where
+  // a walk can start.
+  const std::uint64_t first = takeArc(dotted);
+  const std::uint64_t joined = first * 40 + takeArc(dotted);
+  if (joined > 0xFF) return std::nullopt;
+  std::size_t size = 0;
+  out[size++] = static_cast<std::uint8_t>(joined);
 
- private:
-  /// The first two arcs share a byte, 40 * first + second (X.690, 8.19.4). What does not fit into one is not encoded at
-  /// all, since the reading side looks at one byte.
-  [[nodiscard]] bool appendJoined(std::uint64_t arc) noexcept {
-    if (arcs_ == 1) {
-      joined_ = arc * 40;
-      return joined_ <= 0xFF;
+  // X.690, 8.19.2: base 128, high bit set on all bytes but the last.
+  constexpr std::size_t kLongestNumber = 5;
+  while (*dotted != '\0') {
+    const std::uint64_t arc = takeArc(dotted);
+    if (arc > std::numeric_limits<std::uint32_t>::max() || size + kLongestNumber > out.size()) return std::nullopt;
+    if (arc >= 0x80) {
+      int shift = 7;
+      while (arc >> shift >= 0x80) shift += 7;
+      for (; shift > 0; shift -= 7) out[size++] = static_cast<std::uint8_t>(arc >> shift | 0x80);
     }
-    joined_ += arc;
-    bytes_[size_++] = static_cast<std::uint8_t>(joined_);
-    return joined_ <= 0xFF;
+    out[size++] = static_cast<std::uint8_t>(arc & 0x7F);
   }
-
-  std::array<std::uint8_t, kMaxEncodedName> bytes_;  // only the first size_ are set
-  std::size_t size_ = 0;
-  std::size_t arcs_ = 0;
-  std::uint64_t joined_ = 0;
-};
+  return size;
+}
 
 }  // namespace
 
@@ -124,23 +121,11 @@ void BerWriter::unsignedNumber(std::uint8_t tag, std::uint32_t value) noexcept {
 
 void BerWriter::null() noexcept { bytes(std::array{kTagNull, std::uint8_t{0}}); }
 
-bool BerWriter::objectIdentifier(std::string_view dotted) noexcept {
+bool BerWriter::objectIdentifier(const char* dotted) noexcept {
   EncodedName name;
-  std::uint64_t arc = 0;
-  for (char c : dotted) {
-    if (c == '.') {
-      if (!name.append(arc)) return false;
-      arc = 0;
-    } else {
-      arc = arc * 10 + static_cast<std::uint64_t>(c - '0');
-      if (arc > std::numeric_limits<std::uint32_t>::max()) return false;
-    }
-  }
-  if (!name.append(arc)) return false;
-  // There are two arcs at least (X.690, 8.19.4). A missing one counts as 0, so "" goes out as 0.0 and "1" as 1.0, where
-  // a walk can start.
-  if (name.arcs() == 1 && !name.append(0)) return false;
-  octets(kTagObjectIdentifier, name.bytes());
+  const auto size = encodeName(dotted, name);
+  if (!size) return false;
+  octets(kTagObjectIdentifier, std::span(name).first(*size));
   return true;
 }
 

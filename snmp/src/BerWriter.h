@@ -3,7 +3,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <span>
-#include <string_view>
 
 namespace ztsnmp {
 
@@ -41,7 +40,7 @@ class BerWriter {
 
   /// objectIdentifier writes a dotted text that keeps the rule of `OID`. false, with nothing written, when one of its
   /// numbers cannot be encoded.
-  [[nodiscard]] bool objectIdentifier(std::string_view dotted) noexcept;
+  [[nodiscard]] bool objectIdentifier(const char* dotted) noexcept;
 
  private:
   [[nodiscard]] std::span<std::uint8_t> claim(std::size_t count) noexcept;

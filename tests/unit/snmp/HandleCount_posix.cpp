@@ -1,0 +1,9 @@
+#include <filesystem>
+#include <iterator>
+
+#include "HandleCount.h"
+
+unsigned long handleCount() {
+  const std::filesystem::directory_iterator entries("/proc/self/fd");
+  return static_cast<unsigned long>(std::distance(begin(entries), end(entries)));
+}

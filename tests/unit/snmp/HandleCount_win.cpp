@@ -1,0 +1,15 @@
+#include <windows.h>
+
+#include <cstdint>
+
+#include "HandleCount.h"
+
+unsigned long handleCount() {
+  DWORD count = 0;
+  GetProcessHandleCount(GetCurrentProcess(), &count);
+  if (count != 0) return count;
+  // Wine does not count. There, a new handle gets the lowest free number.
+  const HANDLE event = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+  CloseHandle(event);
+  return static_cast<unsigned long>(reinterpret_cast<std::uintptr_t>(event));
+}
