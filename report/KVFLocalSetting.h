@@ -20,9 +20,9 @@ class KVFLocalSetting {
   // The destructor saves what was set; a failure is traced and the values are lost.
   virtual ~KVFLocalSetting();
 
-  // Load reads the file, in place of what the store holds. True for a file that does not exist yet: the store is then
-  // empty. False, and empty, when the store cannot be used: it has no file, or the file cannot be written or read, or
-  // is larger than 16 MiB.
+  // Load reads the file, in place of what the store holds. True, and empty, when there is nothing to open for reading:
+  // no file yet, or a folder of that name. False, and empty, when the store cannot be used: it has no path, or the file
+  // cannot be written, cannot be read to its end, or is larger than 16 MiB.
   bool Load();
 
   // GetValue answers whether the key is there; if not, `text` keeps its content.

@@ -185,5 +185,4 @@ TEST(ZOLTProcessorTest, EveryEndHasItsCallsAndItsLines) {
 }
 
 }  // namespace
-
 }  // namespace zt
