@@ -337,6 +337,27 @@ TEST_F(KVFPrinterNetworkTest, UsageDocumentOfThePrinter) {
   EXPECT_EQ(fetched.size(), 1u);  // the record holds it already
 }
 
+TEST_F(KVFPrinterNetworkTest, UsageDocumentIsFetchedFromTheAddressOfThePort) {
+  // Knows its device ID without having been opened.
+  struct KnownPrinter : KVFPrinterNetwork {
+    KnownPrinter(const wchar_t* address, FetchDocument fetch) : KVFPrinterNetwork(address, std::move(fetch)) {
+      AdoptDeviceID("CMD:RDS;");
+    }
+  };
+  const std::pair<const wchar_t*, const char*> rows[] = {
+      {L"192.168.1.20", "http://192.168.1.20/rds/rds.xml"},
+      {L"printer.example", "http://printer.example/rds/rds.xml"},
+      {L"fe80::1", "http://[fe80::1]/rds/rds.xml"},
+  };
+  for (const auto& [address, url] : rows) {
+    PPAInformation record;
+    std::string errorText;
+    EXPECT_EQ(KnownPrinter(address, fetch).GetPPAInformation(record, errorText), HResult::Fail);
+    EXPECT_EQ(errorText, "/xml error");
+    EXPECT_EQ(fetched.back(), url);
+  }
+}
+
 TEST_F(KVFPrinterNetworkTest, UsageDocumentFailures) {
   SetDeviceID("ZOLT,RDS");
   ZOLTInformation record;
