@@ -37,7 +37,8 @@ bool HasPrivateTable(const SupplyColumns& columns);
 std::vector<SupplyEntry> ReadSupplies(const SupplyColumns& columns, std::string& notes);
 
 // ConvertDate turns the printer's date, "YYYYMMDD…" as hexadecimal digits or the bytes that these digits stand for,
-// into "YYYY-MM-DD". Each part is read as a hexadecimal number. Nothing for a value that is too short.
+// into "YYYY-MM-DD". Each part is read as a hexadecimal number. Nothing for a value that is too short or holds
+// anything else.
 std::optional<std::string> ConvertDate(std::string_view value);
 
 }  // namespace zt
