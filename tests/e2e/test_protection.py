@@ -8,10 +8,11 @@ from office import BUILD, HERE, PRINTERS, QUEUE, SIM, Gate, OfficeTestCase, answ
 from ztsim.desktop import Hands
 from ztsim.world import AGREEMENT, Result
 
-sys.path.insert(0, str(SIM / "agreement"))
+sys.path[:0] = [str(SIM / "agreement"), str(SIM / "usb")]
 
 import misbehaviour  # noqa: E402
 from scripted_agreement import ScriptedAgreement  # noqa: E402
+from usb_printers import UsbPrinters  # noqa: E402
 
 AGREE, DISAGREE, DONT_REPORT = 1, 2, 3
 ON = b"@PJL DEFAULT PROTECT_FROM_OVERRUN_CONSUMABLES=ON\r\n"
@@ -473,6 +474,56 @@ class ConfirmTest(ProtectionTestCase):
         self.assert_ends_with(self.finish(run), "3 sending accepted...", "4 Start uploading...", SENT)
         for line in self.posted[0].splitlines():
             self.assertIn(line, shown)
+
+
+class UsbTest(ProtectionTestCase):
+    """A printer at a USB port, which is switched by a request of its own and not by a job."""
+
+    NAME = "VID_1A2B&PID_0001#SN0001"
+    DOCUMENT = (PRINTERS / "rds.xml").read_bytes()
+
+    @classmethod
+    def setUpClass(cls) -> None:
+        super().setUpClass()
+        cls.usb = UsbPrinters(cls.world.prefix, f"[printer {cls.NAME}]\nport = 1\n")
+
+    def connect(self, state: str, *script: str) -> None:
+        self.world.spooler(queue_script(port="USB001", address=""))
+        lines = [
+            f"[printer {self.NAME}]",
+            f"id = text MFG:Velnora;MDL:Velnora RV-2160;CMD:PJL,ZOLT,FWV,{state},CI_52;",
+            "49 00 01 = text SN0001",
+            "43 00 00 = pad 255 hex 00 00 00 05  00 00 00 14  00 00 00 C8  00 00 00 03  00 00 00 00",
+            "document = file " + self.usb.document(self.DOCUMENT),
+            *script,
+        ]
+        self.usb.script("\n".join(lines))
+        self.usb.forget()
+
+    def test_switch(self):
+        for state, answer, request, reply, switched in (
+            ("SBXOFF", AGREE, "43 01 00", "pad 8 text ON", True),
+            ("SBXON", DISAGREE, "43 02 00", "pad 8 text OFF", True),
+            ("SBXOFF", AGREE, "43 01 00", "pad 8 text OFF", False),
+            ("SBXON", DISAGREE, "43 02 00", "text OFF", False),  # too short
+            ("SBXON", DISAGREE, "43 02 00", "fail", False),
+        ):
+            with self.subTest(state=state, reply=reply):
+                self.begin_again()
+                self.connect(state, f"{request} = {reply}")
+                self.agreement.answer(answer)
+                result = self.protect()
+                asked = [line.split(" ", 1)[1] for line in self.usb.transcript]
+                self.assertEqual([line[:8] for line in asked if line.startswith(("43 01", "43 02"))], [request])
+                self.assertIn("[ZT] Protection On using vendor command : USB", result.debug)
+                self.assertEqual("[ZT] Protection On using vendor command :USCCESS" in result.debug, switched)
+                self.assertEqual(self.world.raw_jobs, [])
+                # Whether the printer followed does not matter to the report.
+                self.assertEqual(len(self.posted), answer == DISAGREE)
+                self.assertEqual(self.settings()["History"]["CurrentTonerLife_Office"], "200")
+                if self.posted:
+                    for element in ("MDL>Velnora RV-2160<", "GeneralSerialNumber>SN0001<", "SBX>SBXON<", "Capacity>2600<"):
+                        self.assertIn(element, self.posted[0])
 
 
 if __name__ == "__main__":

@@ -1,0 +1,136 @@
+"""The sample agreement dialog: its languages, its answers by mouse and keyboard, and its size on a display of high density."""
+
+import os
+import shutil
+import subprocess
+import unittest
+
+from office import BUILD, OfficeTestCase, Run, queue_script
+from ztsim.desktop import Display, Hands
+
+SAMPLE = BUILD / "agreement-sample" / "UA.dll"
+POST = "ConnectorSBX.aspx"
+ENGLISH = "Product protection"
+
+
+class SampleTestCase(OfficeTestCase):
+    display: Display
+
+    @classmethod
+    def setUpClass(cls) -> None:
+        super().setUpClass()
+        shutil.copy(SAMPLE, cls.world.program_folder)
+        cls.display = cls.enterClassContext(Display())
+        cls.world.extra_environment["DISPLAY"] = cls.display.name
+        cls.world.extra_environment["LC_ALL"] = "C.UTF-8"
+
+    def setUp(self) -> None:
+        super().setUp()
+        self.hands = Hands(self.world)
+        self.server = self.report_server()
+        self.scripted_printer()
+        self.set_flags(DontCheckSkip=1)
+
+    def ask(self) -> Run:
+        """A run whose dialog is on the screen."""
+        self.server.requests.clear()
+        self.world.forget_spooler()
+        run = self.start_agent("-SBXOnly")
+        self.hands.wait(ENGLISH)
+        return run
+
+    def answer_of(self, run: Run) -> int:
+        """What the user answered: 1 leaves the printer alone, 2 is posted and 3 is not."""
+        self.finish(run)
+        if not self.world.raw_jobs:
+            return 1
+        return 2 if POST in [request.page for request in self.server.requests] else 3
+
+    def xdotool(self, *words: str) -> str:
+        environment = os.environ | {"DISPLAY": self.display.name}
+        return subprocess.run(["xdotool", *words], env=environment, check=True, capture_output=True, text=True).stdout
+
+
+class LanguageTest(SampleTestCase):
+    def test_languages(self):
+        german, french = "Produktschutz", "Protection du produit"
+        for language, title, printer, text, buttons in (
+            ("EN", ENGLISH, "Printer: Office", "Your printer can", ("&Agree", "&Disagree", "Disagree, do not &report")),
+            ("de-AT", german, "Drucker: Office", "Ihr Drucker kann sich davor schützen", ("&Zustimmen", "A&blehnen")),
+            ("DE", german, "Drucker: Office", "Ihr Drucker", ("Ablehnen, nicht &melden",)),
+            ("fr_CH", french, "Imprimante : Office", "Lorsque la protection du produit est activée, l’", ("&Accepter",)),
+            ("es", "Protección del producto", "Impresora: Office", "tóner vacío", ("&Rechazar",)),
+            ("JA", "製品保護", "プリンター: Office", "このプリンターには、空になった", ("同意する(&A)", "同意しない(&D)")),
+            ("sv", ENGLISH, "Printer: Office", "Your printer can", ("&Agree",)),
+            ("deutsch", ENGLISH, "Printer: Office", "Your printer can", ("&Agree",)),
+            ("", ENGLISH, "Printer: Office", "Your printer can", ("&Agree",)),
+        ):
+            with self.subTest(language):
+                run = self.start_agent("-SBXOnly", "-Lang", language)
+                shown = self.hands.wait(title)
+                self.assertIn(f'"{printer}"', shown)
+                self.assertIn(text, shown)
+                self.assertIn(r"\n\n", shown)
+                for button in buttons:
+                    self.assertIn(f'"{button}"', shown)
+                self.hands.close(title)
+                self.finish(run)
+
+    def test_queue_name_is_shown_as_it_is(self):
+        name = "R&D 100%s – 事務所"
+        self.world.spooler(queue_script(name=name))
+        run = self.world.start("-QName", name, "-SBXOnly")
+        self.assertIn(f'"Printer: {name}"', self.hands.wait(ENGLISH))
+        self.hands.close(ENGLISH)
+        self.finish(run)
+
+
+class AnswerTest(SampleTestCase):
+    def test_buttons(self):
+        for button, answer in (("Agree", 1), ("Disagree", 2), ("Disagree, do not report", 3), ("cross", 3)):
+            with self.subTest(button):
+                run = self.ask()
+                self.hands.close(ENGLISH) if button == "cross" else self.hands.press(ENGLISH, button)
+                self.assertEqual(self.answer_of(run), answer)
+
+    def test_keyboard(self):
+        for keys, answer in (
+            (["alt+a"], 1),
+            (["alt+d"], 2),
+            (["alt+r"], 3),
+            (["Escape"], 3),
+            # Neither what is typed when the window comes up, nor Enter, agrees to anything.
+            (["a", "d", "space", "Down", "Return"], 3),
+            (["Tab", "space"], 1),
+            (["Tab", "Tab", "Return"], 2),
+            (["shift+Tab", "shift+Tab", "space"], 2),
+            (["Tab", "Tab", "Tab", "Tab", "Tab", "Return"], 1),
+        ):
+            with self.subTest(keys=keys):
+                run = self.ask()
+                self.xdotool("search", "--sync", "--name", ENGLISH, "windowfocus")
+                self.xdotool("key", *keys)
+                self.assertEqual(self.answer_of(run), answer)
+
+
+class DensityTest(SampleTestCase):
+    def size(self) -> tuple[int, int]:
+        run = self.ask()
+        lines = self.xdotool("search", "--sync", "--name", ENGLISH, "getwindowgeometry", "--shell").splitlines()
+        values = dict(line.split("=") for line in lines)
+        self.hands.close(ENGLISH)
+        self.finish(run)
+        return int(values["WIDTH"]), int(values["HEIGHT"])
+
+    def test_grows_with_the_scaling(self):
+        usual = self.size()
+        self.world.prefix.stop_windows()
+        with open(self.world.prefix.folder / "user.reg", "a", encoding="utf-8") as registry:
+            registry.write('\n[Control Panel\\\\Desktop] 0\n"LogPixels"=dword:%08x\n' % 192)
+        doubled = self.size()
+        for before, after in zip(usual, doubled):
+            self.assertAlmostEqual(after / before, 2, delta=0.1)
+
+
+if __name__ == "__main__":
+    unittest.main()
