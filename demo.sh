@@ -5,6 +5,7 @@
 #   ./demo.sh --usb        the printer at a USB port
 #   ./demo.sh --wsd        the queue on a port for Web Services for Devices
 #   ./demo.sh --virtual    the same road with canned printer data: no SNMP agent, no network of its own
+#   ./demo.sh --protection product protection instead: the user agrees or not, the printer is switched, it is reported
 set -euo pipefail
 cd "$(dirname "$0")"
 
@@ -16,11 +17,14 @@ tools/fetch-tinyxml2.sh
 
 say "The agent, built into dist/"
 cmake --preset windows >/dev/null
-cmake --build --preset windows --target ZT sim_winspool sim_discovery sim_usbprint
+cmake --build --preset windows --target ZT ztsnmp ztsnmp_static agreement_sample sim_winspool sim_discovery sim_usbprint sim_agreement
 rm -rf dist
 cmake --install build/windows >/dev/null
 ls -l dist/bin/ZT.exe
 
 world=(sim/in-namespace)
 [ "${1:-}" != --virtual ] || world=()
+if [ "${1:-}" = --protection ]; then
+  exec "${world[@]}" python3 sim/demo_protection.py
+fi
 exec "${world[@]}" python3 sim/demo.py "$@"

@@ -5,7 +5,7 @@
 namespace {
 
 // Behind the messages of the window itself.
-constexpr UINT updateHeading = WM_APP;
+constexpr UINT fitToDisplay = WM_APP;
 
 // The common controls that the library's manifest asks for, while it lives. Without them (an old system) the controls
 // only look older.
@@ -53,16 +53,16 @@ class AgreementWindow {
     switch (message) {
       case WM_INITDIALOG:
         Fill(window);
-        UpdateHeading(window);
+        FitToDisplay(window);
         // On the text and not on a button, so that keys typed at the moment when the window comes up decide nothing.
         SetFocus(GetDlgItem(window, IDC_AGREEMENT));
         return FALSE;
       case WM_DPICHANGED:
         // The system gives all controls a font for the new display as soon as this message is done with.
-        PostMessageW(window, updateHeading, 0, 0);
+        PostMessageW(window, fitToDisplay, 0, 0);
         return FALSE;
-      case updateHeading:
-        UpdateHeading(window);
+      case fitToDisplay:
+        FitToDisplay(window);
         return TRUE;
       case WM_CTLCOLORSTATIC:
         return ColourText(reinterpret_cast<HDC>(wParam), reinterpret_cast<HWND>(lParam));
@@ -85,8 +85,13 @@ class AgreementWindow {
     SetDlgItemTextW(window, IDC_AGREEMENT, texts_.Agreement().c_str());
   }
 
-  // The heading is the dialog's font in bold, whatever its size is on this display.
-  void UpdateHeading(HWND window) {
+  // What the system does not size with the dialog, for the density of this display.
+  void FitToDisplay(HWND window) {
+    RECT margin = {4, 0, 0, 0};  // dialog units
+    MapDialogRect(window, &margin);
+    SendDlgItemMessageW(window, IDC_AGREEMENT, EM_SETMARGINS, EC_LEFTMARGIN | EC_RIGHTMARGIN,
+                        MAKELPARAM(margin.left, margin.left));
+
     LOGFONTW font = {};
     if (!GetObjectW(reinterpret_cast<HFONT>(SendMessageW(window, WM_GETFONT, 0, 0)), sizeof(font), &font)) return;
     font.lfWeight = FW_BOLD;
