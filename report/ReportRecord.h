@@ -22,12 +22,12 @@ struct ElementMessage;
 // the toners, the document that the printer may have delivered itself, and the frame of the XML document. Texts are
 // bytes and stand in the report as they are, without escaping.
 //
-// Reading operations append their findings, each beginning with "/", to the caller's `messages` and answer true when
-// they appended none. What could be read is kept in either case, except that a document that does not parse changes
-// nothing. The order of the virtual operations is part of the interface.
+// Reading operations append their findings, each beginning with "/", to the caller's `messages`. What could be read is
+// kept whatever they answer, except that a document that does not parse changes nothing. The order of the virtual operations is part of the interface.
 class ReportRecord {
  public:
-  // ReadTonerXml reads one `Toner` element and adds the toner; one without a valid colour is not added.
+  // ReadTonerXml reads one `Toner` element and adds the toner; one without a valid colour is not added. True when it
+  // appended no message.
   virtual bool ReadTonerXml(const tinyxml2::XMLElement& element, std::string& messages) = 0;
   virtual ~ReportRecord() = default;
 
@@ -35,7 +35,7 @@ class ReportRecord {
   virtual std::string ToText() const = 0;
 
   // ReadXml and ReadCountsAndSupplies read a document of the printer into the record; the derived records say which
-  // parts of it.
+  // parts of it, and when they answer true.
   virtual bool ReadXml(std::string_view document, std::string& messages) = 0;
   virtual bool ReadCountsAndSupplies(std::string_view document, std::string& messages) = 0;
 

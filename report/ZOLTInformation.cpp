@@ -90,25 +90,30 @@ bool ZOLTInformation::ValidateXml(std::string_view document, std::string& messag
 }
 
 bool ZOLTInformation::ReadXml(std::string_view document, std::string& messages) {
-  return ReadReport(document, messages, [&](const tinyxml2::XMLElement* report) {
+  bool hasCounts = false;
+  ReadReport(document, messages, [&](const tinyxml2::XMLElement* report) {
     ReadDeviceValues(report, deviceTexts);
-    ReadCounts(report, messages);
+    hasCounts = ReadCounts(report, messages);
     ReadToners(report, messages);
   });
+  return hasCounts;
 }
 
 bool ZOLTInformation::ReadCountsAndSupplies(std::string_view document, std::string& messages) {
-  return ReadReport(document, messages, [&](const tinyxml2::XMLElement* report) {
-    ReadCounts(report, messages);
+  bool hasCounts = false;
+  ReadReport(document, messages, [&](const tinyxml2::XMLElement* report) {
+    hasCounts = ReadCounts(report, messages);
     ReadToners(report, messages);
   });
+  return hasCounts;
 }
 
-void ZOLTInformation::ReadCounts(const tinyxml2::XMLElement* report, std::string& messages) {
+bool ZOLTInformation::ReadCounts(const tinyxml2::XMLElement* report, std::string& messages) {
   const tinyxml2::XMLElement* counts = FindChild(report, "Count");
   if (!counts) messages += "/no Count el";
   if (const char* mono = ChildText(counts, "DevTotalMonoCount")) SetTotalMonoCount(ReadLeadingDecimal(mono));
   if (const char* colour = ChildText(counts, "DevTotalColorCount")) SetTotalColorCount(ReadLeadingDecimal(colour));
+  return counts != nullptr;
 }
 
 bool ZOLTInformation::ReadTonerXml(const tinyxml2::XMLElement& element, std::string& messages) {

@@ -18,6 +18,7 @@ class ZOLTInformation : public ReportRecord {
   std::string ToText() const override;
 
   // ReadXml reads the installed date, the firmware version and the product type, then what ReadCountsAndSupplies reads.
+  // Both answer true when the document is a report that holds counters: gaps in its toners are worth a message only.
   bool ReadXml(std::string_view document, std::string& messages) override;
 
   // ReadCountsAndSupplies reads the counters and the toners only: a printer that delivers the report itself keeps its
@@ -52,7 +53,7 @@ class ZOLTInformation : public ReportRecord {
   static bool ValidateXml(std::string_view document, std::string& messages);
 
  private:
-  void ReadCounts(const tinyxml2::XMLElement* report, std::string& messages);
+  bool ReadCounts(const tinyxml2::XMLElement* report, std::string& messages);
 
   bool documentMode_ = false;
   bool fromUniversalDriver_ = false;

@@ -231,7 +231,7 @@ TEST(ZOLTInformationTest, ReadsWhatItHasWritten) {
                                       "Support</AverageAreaCoverage>\n");
   ZOLTInformation record;
   std::string messages;
-  EXPECT_FALSE(record.ReadXml(document, messages));
+  EXPECT_TRUE(record.ReadXml(document, messages));
   EXPECT_EQ(messages, "/no tvendorname/no tsupplid/no tmodelid/no tlevel/no tinstdate");  // of the second toner
   EXPECT_EQ(record.DeviceValues(),
             (ElementValues{
@@ -245,7 +245,7 @@ TEST(ZOLTInformationTest, ReadsWhatItHasWritten) {
 
   ZOLTInformation counts;
   messages.clear();
-  EXPECT_FALSE(counts.ReadCountsAndSupplies(document, messages));
+  EXPECT_TRUE(counts.ReadCountsAndSupplies(document, messages));
   EXPECT_TRUE(counts.DeviceValues().empty());
   EXPECT_EQ(counts.CounterValues(), record.CounterValues());
   EXPECT_EQ(counts.Toners().size(), 2u);
@@ -282,7 +282,9 @@ TEST(ZOLTInformationTest, ReportsWhatItCannotRead) {
   for (const Row& row : rows) {
     ZOLTInformation record;
     std::string messages;
-    EXPECT_EQ(record.ReadXml(row.document, messages), row.messages.empty()) << row.document;
+    // A toner with gaps does not spoil the report; a document without counters is none.
+    const bool isReport = row.messages != "/xml error" && !row.messages.ends_with("/no Count el");
+    EXPECT_EQ(record.ReadXml(row.document, messages), isReport) << row.document;
     EXPECT_EQ(messages, row.messages) << row.document;
     if (row.level.empty()) continue;
     ASSERT_EQ(record.Toners().size(), 1u);
