@@ -2,26 +2,16 @@
 
 #include "HostVersion.h"
 #include "PrinterFactory.h"
+#include "ProgramPath.h"
 #include "QueueJobs.h"
 #include "QueueServices.h"
 
 namespace zt {
-namespace {
-
-std::optional<std::string> ReadVersionBesideProgram() {
-  wchar_t path[MAX_PATH];
-  const DWORD length = GetModuleFileNameW(nullptr, path, MAX_PATH);
-  if (length == 0 || length == MAX_PATH) return std::nullopt;
-  return ReadHostVersion(path);
-}
-
-}  // namespace
-
 QueueServices LocalQueueServices() {
   return {.createPrinter = CreatePrinterForQueue,
           .countJobs = CountQueueJobs,
           .sendRawJob = SendRawToQueue,
-          .readHostVersion = ReadVersionBesideProgram,
+          .readHostVersion = [] { return ReadHostVersion(ProgramPath()); },
           .sleep = [](std::uint32_t milliseconds) { ::Sleep(milliseconds); }};
 }
 

@@ -2,6 +2,7 @@
 
 #include "AgreementDialog.h"
 #include "Handle.h"
+#include "ProgramPath.h"
 #include "ProtectionAgreementUI.h"
 #include "Trace.h"
 
@@ -11,13 +12,10 @@ namespace {
 constexpr wchar_t libraryName[] = L"UA.dll";
 constexpr char entryName[] = "ShowProtectionAgreementUI";
 
-// Path of the library in the program's own folder; empty when that cannot be told, which then fails to load.
+// Path of the library in the program's own folder.
 std::wstring LibraryPath() {
-  std::wstring path(32768, L'\0');  // the longest path that the system knows
-  const DWORD length = GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
-  if (length == 0 || length == path.size()) return {};
-  path.resize(path.find_last_of(L'\\', length - 1) + 1);
-  return path + libraryName;
+  const std::wstring program = ProgramPath();
+  return program.substr(0, program.find_last_of(L'\\') + 1) + libraryName;
 }
 
 LibraryHandle LoadAgreementLibrary() {

@@ -23,7 +23,8 @@ struct ElementMessage;
 // bytes and stand in the report as they are, without escaping.
 //
 // Reading operations append their findings, each beginning with "/", to the caller's `messages`. What could be read is
-// kept whatever they answer, except that a document that does not parse changes nothing. The order of the virtual operations is part of the interface.
+// kept whatever they answer, except that a document that does not parse changes nothing. The order of the virtual
+// operations is part of the interface.
 class ReportRecord {
  public:
   // ReadTonerXml reads one `Toner` element and adds the toner; one without a valid colour is not added. True when it

@@ -25,6 +25,12 @@ class HttpConnection {
   // elements takes some thirty times the memory of its text.
   static constexpr std::size_t maximumResponse = 1024 * 1024;
 
+  // Longest time that Send spends on a response body, in milliseconds. WinINet's own time-outs hold for each read, so a
+  // server that sends byte by byte could hold the process for days.
+  static constexpr std::uint32_t longestReading = 120'000;
+
+  explicit HttpConnection(std::uint32_t readingLimit = longestReading) : readingLimit_(readingLimit) {}
+
   // Open prepares a request; nothing is sent yet. `method` is the request verb. Of `url` the first 104 characters are
   // used. False when no request can be made of them, and for a URL that holds a control character.
   [[nodiscard]] bool Open(const std::string& method, const std::string& url);
@@ -34,7 +40,7 @@ class HttpConnection {
 
   // Send sends the request with `body`, which may be empty, and waits for the answer. True when it was sent, whatever
   // the server made of it. `status` is the HTTP status code, 0 when there was none. `response` is the body of a 200
-  // answer; empty for any other status and for a body longer than maximumResponse.
+  // answer; empty for any other status, for a body longer than maximumResponse, and for one that takes too long.
   [[nodiscard]] bool Send(std::string_view body, std::string& response, std::uint32_t& status);
 
   // LastError answers the system error of a failed Send, otherwise 0.
@@ -45,6 +51,7 @@ class HttpConnection {
   std::uint32_t ReadStatus();
   std::string ReadResponse();
 
+  std::uint32_t readingLimit_;
   // Closed in the reverse order.
   InternetHandle internet_;
   InternetHandle connection_;

@@ -131,11 +131,16 @@ std::uint32_t HttpConnection::ReadStatus() {
 
 std::string HttpConnection::ReadResponse() {
   std::string response;
+  const ULONGLONG begun = GetTickCount64();
   DWORD available = 0;
   while (InternetQueryDataAvailable(request_.Get(), &available, 0, 0) && available != 0) {
     const std::size_t length = response.size();
     if (available > maximumResponse - length) {
       ZT_TRACE(Warning, "HTTP response is longer than " << maximumResponse << " bytes: dropped");
+      return {};
+    }
+    if (GetTickCount64() - begun >= readingLimit_) {
+      ZT_TRACE(Warning, "HTTP response takes longer than " << readingLimit_ << " ms: dropped");
       return {};
     }
     response.resize(length + available);

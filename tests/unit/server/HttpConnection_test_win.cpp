@@ -94,6 +94,17 @@ TEST(HttpConnection, ReadsTheBodyOf200Only) {
   }
 }
 
+TEST(HttpConnection, ABodyThatTakesTooLongIsDropped) {
+  LoopbackServer server(Reply("200 OK", "body"));
+  HttpConnection connection(0);
+  ASSERT_TRUE(connection.Open("GET", server.Url("/")));
+  std::string response = "left over";
+  std::uint32_t status = 0;
+  EXPECT_TRUE(connection.Send({}, response, status));
+  EXPECT_EQ(status, 200u);
+  EXPECT_EQ(response, "");
+}
+
 TEST(HttpConnection, BodylessRequestHasNone) {
   LoopbackServer server(Reply("200 OK", ""));
   EXPECT_TRUE(Get(server.Url("/rds/rds.xml?a=1")).sent);
