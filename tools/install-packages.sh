@@ -1,5 +1,7 @@
 #!/usr/bin/env bash
-# Installs what building, testing and showing the agent needs on Debian 12. Packages that are there already are left alone.
+# Installs what building, testing and showing the agent needs on Debian 12, and the packages that the arguments name.
+# Packages that are there already are left alone.
+#   tools/install-packages.sh [PACKAGE...]
 set -euo pipefail
 
 packages=(
@@ -7,6 +9,9 @@ packages=(
   g++ clang-format g++-mingw-w64-x86-64-posix cmake ninja-build libtinyxml2-dev googletest dpkg-dev ca-certificates
   # the simulated world
   wine wine64 snmpd snmp python3 openssl iproute2 util-linux xvfb xdotool x11-utils imagemagick
+  # what judges it: an independent decoder, and the fuzzers
+  tshark clang libclang-rt-14-dev xxd
+  "$@"
 )
 
 missing=()

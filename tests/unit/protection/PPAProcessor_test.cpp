@@ -4,6 +4,7 @@
 
 #include <map>
 
+#include "CodePage.h"
 #include "PPAInformation.h"
 #include "RunFakes.h"
 #include "Text.h"
