@@ -129,7 +129,8 @@ class DensityTest(SampleTestCase):
             registry.write('\n[Control Panel\\\\Desktop] 0\n"LogPixels"=dword:%08x\n' % 192)
         doubled = self.size()
         for before, after in zip(usual, doubled):
-            self.assertAlmostEqual(after / before, 2, delta=0.1)
+            # Not exactly twice: the system's fonts come in steps.
+            self.assertAlmostEqual(after / before, 2, delta=0.25)
 
 
 if __name__ == "__main__":
