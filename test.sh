@@ -29,5 +29,10 @@ cmake --install build/windows >/dev/null
 say "Tests of the native build"
 ctest --preset native "${only[@]}"
 
+if [ $# -eq 0 ]; then
+  say "The fuzzers, for a moment"
+  ./fuzz.sh 3
+fi
+
 say "Tests of the Windows build, under Wine, and of the agent from end to end"
 ctest --preset windows "${only[@]}"

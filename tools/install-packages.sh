@@ -6,7 +6,7 @@ set -euo pipefail
 
 packages=(
   # build
-  g++ clang-format g++-mingw-w64-x86-64-posix cmake ninja-build libtinyxml2-dev googletest dpkg-dev ca-certificates
+  git g++ clang-format g++-mingw-w64-x86-64-posix cmake ninja-build libtinyxml2-dev googletest dpkg-dev ca-certificates
   # the simulated world
   wine wine64 snmpd snmp python3 openssl iproute2 util-linux xvfb xdotool x11-utils imagemagick
   # what judges it: an independent decoder, and the fuzzers
