@@ -35,8 +35,6 @@
 namespace zt {
 namespace {
 
-void SleepMilliseconds(std::uint32_t milliseconds) { ::Sleep(milliseconds); }
-
 std::time_t CurrentTime() { return std::time(nullptr); }
 
 // The SNMP library, from its start to its clean-up. A failed start is not looked at, on purpose: the reads then fail,
@@ -71,7 +69,7 @@ class Agent {
         settings_(settings),
         fromPrinter_(queueName_, LocalQueueServices()),
         virtualPrinter_(queueName_),
-        server_(PostFormOverHttp, SleepMilliseconds),
+        server_(PostFormOverHttp, ::Sleep),
         skipChecker_(&settings, CurrentTime) {
     if (flags_.url) server_.SetBaseURL(ToNarrow(*flags_.url));
     server_.SetTestMode(flags_.testMode);
@@ -147,14 +145,14 @@ bool RunProgram() {
 
   if (commandLine.Has(L"UnInstall")) {
     ZT_TRACE(Information, "wait...");
-    instanceHandler.WaitForPrevious(previousInstanceAttempts, SleepMilliseconds);
+    instanceHandler.WaitForPrevious(previousInstanceAttempts, ::Sleep);
     ZT_TRACE(Information, "uninstall");
     Uninstall(program.baseName);
     return false;
   }
   if (commandLine.Has(L"Install")) {
     ZT_TRACE(Information, "wait...");
-    instanceHandler.WaitForPrevious(previousInstanceAttempts, SleepMilliseconds);
+    instanceHandler.WaitForPrevious(previousInstanceAttempts, ::Sleep);
     ZT_TRACE(Information, "install");
     Install(program);
     return false;

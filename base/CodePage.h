@@ -13,6 +13,9 @@ std::string ToNarrow(std::wstring_view text);
 // there become replacement characters.
 std::wstring ToWide(std::string_view text);
 
+// ToUtf8 converts wide text to UTF-8, whatever the code page.
+std::string ToUtf8(std::wstring_view text);
+
 // IsLeadByte tells whether the byte opens a double-byte character of the system ANSI code page. False where there is
 // none.
 bool IsLeadByte(unsigned char byte);

@@ -5,28 +5,30 @@
 namespace zt {
 
 // wchar_t is a whole code point here.
-std::string ToNarrow(std::wstring_view text) {
-  std::string narrow;
+std::string ToUtf8(std::wstring_view text) {
+  std::string utf8;
   for (const wchar_t wide : text) {
     const auto point = static_cast<std::uint32_t>(wide);
     if (point < 0x80) {
-      narrow += static_cast<char>(point);
+      utf8 += static_cast<char>(point);
     } else if (point < 0x800) {
-      narrow += static_cast<char>(0xC0 | (point >> 6));
-      narrow += static_cast<char>(0x80 | (point & 0x3F));
+      utf8 += static_cast<char>(0xC0 | (point >> 6));
+      utf8 += static_cast<char>(0x80 | (point & 0x3F));
     } else if (point < 0x10000) {
-      narrow += static_cast<char>(0xE0 | (point >> 12));
-      narrow += static_cast<char>(0x80 | ((point >> 6) & 0x3F));
-      narrow += static_cast<char>(0x80 | (point & 0x3F));
+      utf8 += static_cast<char>(0xE0 | (point >> 12));
+      utf8 += static_cast<char>(0x80 | ((point >> 6) & 0x3F));
+      utf8 += static_cast<char>(0x80 | (point & 0x3F));
     } else {
-      narrow += static_cast<char>(0xF0 | ((point >> 18) & 0x07));
-      narrow += static_cast<char>(0x80 | ((point >> 12) & 0x3F));
-      narrow += static_cast<char>(0x80 | ((point >> 6) & 0x3F));
-      narrow += static_cast<char>(0x80 | (point & 0x3F));
+      utf8 += static_cast<char>(0xF0 | ((point >> 18) & 0x07));
+      utf8 += static_cast<char>(0x80 | ((point >> 12) & 0x3F));
+      utf8 += static_cast<char>(0x80 | ((point >> 6) & 0x3F));
+      utf8 += static_cast<char>(0x80 | (point & 0x3F));
     }
   }
-  return narrow;
+  return utf8;
 }
+
+std::string ToNarrow(std::wstring_view text) { return ToUtf8(text); }
 
 std::wstring ToWide(std::string_view text) {
   constexpr wchar_t replacement = 0xFFFD;

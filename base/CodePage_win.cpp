@@ -3,14 +3,21 @@
 #include "CodePage.h"
 
 namespace zt {
+namespace {
 
-std::string ToNarrow(std::wstring_view text) {
+std::string ToCodePage(UINT codePage, std::wstring_view text) {
   const int length = static_cast<int>(text.size());
-  const int needed = WideCharToMultiByte(CP_ACP, 0, text.data(), length, nullptr, 0, nullptr, nullptr);
+  const int needed = WideCharToMultiByte(codePage, 0, text.data(), length, nullptr, 0, nullptr, nullptr);
   std::string narrow(static_cast<std::size_t>(needed > 0 ? needed : 0), '\0');
-  WideCharToMultiByte(CP_ACP, 0, text.data(), length, narrow.data(), needed, nullptr, nullptr);
+  WideCharToMultiByte(codePage, 0, text.data(), length, narrow.data(), needed, nullptr, nullptr);
   return narrow;
 }
+
+}  // namespace
+
+std::string ToNarrow(std::wstring_view text) { return ToCodePage(CP_ACP, text); }
+
+std::string ToUtf8(std::wstring_view text) { return ToCodePage(CP_UTF8, text); }
 
 std::wstring ToWide(std::string_view text) {
   const int length = static_cast<int>(text.size());

@@ -34,12 +34,6 @@ void ReportNoLimit(std::uint32_t tonerLife) {
       (TextBuilder() << "[ZT] Current SBXLevel is not limitted = " << static_cast<std::int32_t>(tonerLife)).Take());
 }
 
-// What is wrong with a document is noted for support. The server decides what it takes.
-void TraceFindings(const std::string& document) {
-  std::string messages;
-  if (!PPAInformation::ValidateXml(document, messages)) ZT_TRACE(Warning, messages);
-}
-
 }  // namespace
 
 void PPAProcessor::Run(const PPARunOptions& options, IZOLTDataProvider& provider, IZOLTReportResult& client,
@@ -85,7 +79,7 @@ void PPAProcessor::Run(const PPARunOptions& options, IZOLTDataProvider& provider
       agreement = ask();
       break;
   }
-  if (agreement > Agreement::Agreed) provider.SetProtection(false);
+  if (IsRefused(agreement)) provider.SetProtection(false);
 
   const bool askedFirst = IsServerAskedFirst(policyStored, state);
   if (askedFirst && !AskServer(provider, client, skipChecker, policy)) return;
@@ -140,7 +134,8 @@ void PPAProcessor::Run(const PPARunOptions& options, IZOLTDataProvider& provider
 
   record.SetAgreement(client.GetAgreement());
   const std::string document = record.ToText();
-  TraceFindings(document);
+  // What is wrong with it is noted for support. The server decides what it takes.
+  if (std::string findings; !PPAInformation::ValidateXml(document, findings)) ZT_TRACE(Warning, findings);
   if (options.showResult) {
     if (!confirm_(document)) {
       ZT_TRACE(Warning, "cancel sending...");

@@ -42,9 +42,11 @@ ServerPolicy MergePolicy(const ServerPolicy& policy, const ServerAnswer& answer)
 
 bool IsTonerFresh(std::uint32_t tonerLife) { return tonerLife < freshTonerLife; }
 
-bool IsReportDue(SBXState state, Agreement agreement) {
-  return state == SBXState::Off || agreement > Agreement::Agreed;
+bool IsRefused(Agreement agreement) {
+  return agreement == Agreement::Disagreed || agreement == Agreement::DisagreedUnreported;
 }
+
+bool IsReportDue(SBXState state, Agreement agreement) { return state == SBXState::Off || IsRefused(agreement); }
 
 bool IsBelowLimit(std::uint32_t tonerLife, const ServerPolicy& policy) {
   return Limit(policy) > 0 && tonerLife < Limit(policy);

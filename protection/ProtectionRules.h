@@ -54,7 +54,10 @@ ServerPolicy MergePolicy(const ServerPolicy& policy, const ServerAnswer& answer)
 // IsTonerFresh tells whether the toner life is so low that no limit applies.
 bool IsTonerFresh(std::uint32_t tonerLife);
 
-// IsReportDue tells whether data is collected: the protection is off, or the user did not agree.
+// IsRefused tells whether the agreement was decided, and not agreed to.
+bool IsRefused(Agreement agreement);
+
+// IsReportDue tells whether data is collected: the protection is off, or the agreement was refused.
 bool IsReportDue(SBXState state, Agreement agreement);
 
 // IsBelowLimit tells whether the toner life has not reached the limit of the policy; a limit of 0 is none.

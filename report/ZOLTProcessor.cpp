@@ -9,12 +9,6 @@ namespace {
 constexpr int pollsBeforeReading = 30;
 constexpr int pollsBeforeCollecting = 600;
 
-// What is wrong with a document is noted for support. The server decides what it takes.
-void TraceFindings(const std::string& document) {
-  std::string messages;
-  if (!ZOLTInformation::ValidateXml(document, messages)) ZT_TRACE(Warning, messages);
-}
-
 }  // namespace
 
 // The order of the checks matters: a printer that could not be read last week is not even opened, a server that failed
@@ -85,7 +79,8 @@ void ZOLTProcessor::Run(const ZOLTRunOptions& options, IZOLTDataProvider& provid
     return;
   }
   const std::string document = record.ToText();
-  TraceFindings(document);
+  // What is wrong with it is noted for support. The server decides what it takes.
+  if (std::string findings; !ZOLTInformation::ValidateXml(document, findings)) ZT_TRACE(Warning, findings);
   if (options.showResult) {
     if (!confirm_(document)) {
       ZT_TRACE(Information, "cancel sending...");

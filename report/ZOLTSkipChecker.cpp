@@ -18,6 +18,14 @@ std::string StoredLanguageCode(std::string_view codes) {
 
 }  // namespace
 
+// The given time, or else the stored one; empty when there is none.
+std::string ZOLTSkipChecker::TimeOf(std::string_view id, OptionalTimeText given, StoredTime stored) const {
+  if (given) return std::string(*given);
+  std::string time;
+  (settings_->*stored)(id, time);
+  return time;
+}
+
 bool ZOLTSkipChecker::IsNear(std::string_view time, int days, std::string_view message) const {
   if (time.empty()) return false;
   const bool isNear =
@@ -26,18 +34,21 @@ bool ZOLTSkipChecker::IsNear(std::string_view time, int days, std::string_view m
   return isNear;
 }
 
+void ZOLTSkipChecker::Record(std::string_view id, OptionalTimeText time, StoreTime store) {
+  const std::string text = time ? std::string(*time) : CurrentTime();
+  if (settings_ && !text.empty()) (settings_->*store)(id, text);
+}
+
 bool ZOLTSkipChecker::IsLastIOFailNear(std::string_view id) {
   if (!ChecksApply()) return false;
-  std::string time;
-  settings_->GetLastCollectFailedTime(id, time);
+  const std::string time = TimeOf(id, {}, &IZOLTLocalSetting::GetLastCollectFailedTime);
   return IsNear(time, failureDays, "Last IO fail is near! Bye~");
 }
 
 bool ZOLTSkipChecker::IsLastSendNear(std::string_view id, OptionalTimeText time) {
   if (!ChecksApply()) return false;
-  std::string stored;
-  if (!time) settings_->GetLastSendTime(id, stored);
-  return IsNear(time.value_or(stored), GetSendInterval(defaultSendDays), sendIsNear);
+  const std::string last = TimeOf(id, time, &IZOLTLocalSetting::GetLastSendTime);
+  return IsNear(last, GetSendInterval(defaultSendDays), sendIsNear);
 }
 
 bool ZOLTSkipChecker::IsLastServerFailNear() {
@@ -48,7 +59,7 @@ bool ZOLTSkipChecker::IsLastServerFailNear() {
 }
 
 void ZOLTSkipChecker::RecordIOFail(std::string_view id) {
-  if (settings_) settings_->SetLastCollectFailedTime(id, CurrentTime());
+  Record(id, {}, &IZOLTLocalSetting::SetLastCollectFailedTime);
 }
 
 void ZOLTSkipChecker::RecordServerFail() {
@@ -56,8 +67,7 @@ void ZOLTSkipChecker::RecordServerFail() {
 }
 
 void ZOLTSkipChecker::RecordSendSuccess(std::string_view id, OptionalTimeText time) {
-  const std::string text = TimeToRecord(time);
-  if (settings_ && !text.empty()) settings_->SetLastSendTime(id, text);
+  Record(id, time, &IZOLTLocalSetting::SetLastSendTime);
 }
 
 void ZOLTSkipChecker::SetSendInterval(int days) {
@@ -82,27 +92,22 @@ bool ZOLTSkipChecker::GetPPAEnabled(bool& enabled) { return settings_ && setting
 
 bool ZOLTSkipChecker::IsLastPPSendNear(std::string_view id, OptionalTimeText time) {
   if (!ChecksApply()) return false;
-  std::string stored;
-  if (!time) settings_->GetLastPPSendTime(id, stored);
-  const int days = settings_->GetTransmissionDuration(defaultPolicy.transmissionDuration);
-  return IsNear(time.value_or(stored), days, sendIsNear);
+  const std::string last = TimeOf(id, time, &IZOLTLocalSetting::GetLastPPSendTime);
+  return IsNear(last, settings_->GetTransmissionDuration(defaultPolicy.transmissionDuration), sendIsNear);
 }
 
 void ZOLTSkipChecker::RecordPPSend(std::string_view id, OptionalTimeText time) {
-  const std::string text = TimeToRecord(time);
-  if (settings_ && !text.empty()) settings_->SetLastPPSendTime(id, text);
+  Record(id, time, &IZOLTLocalSetting::SetLastPPSendTime);
 }
 
 bool ZOLTSkipChecker::IsLastPPNormalNear(std::string_view id, OptionalTimeText time) {
   if (!ChecksApply()) return false;
-  std::string stored;
-  if (!time) settings_->GetLastPPNormalTime(id, stored);
-  return IsNear(time.value_or(stored), GetPPNormalInterval(defaultPPNormalDays), sendIsNear);
+  const std::string last = TimeOf(id, time, &IZOLTLocalSetting::GetLastPPNormalTime);
+  return IsNear(last, GetPPNormalInterval(defaultPPNormalDays), sendIsNear);
 }
 
 void ZOLTSkipChecker::RecordPPNormal(std::string_view id, OptionalTimeText time) {
-  const std::string text = TimeToRecord(time);
-  if (settings_ && !text.empty()) settings_->SetLastPPNormalTime(id, text);
+  Record(id, time, &IZOLTLocalSetting::SetLastPPNormalTime);
 }
 
 bool ZOLTSkipChecker::GetServerPolicy(ServerPolicy& policy) {

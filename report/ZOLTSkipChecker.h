@@ -49,10 +49,14 @@ class ZOLTSkipChecker : public IZOLTSkipChecker {
   bool IsTonerLifeExceeded(std::string_view id) override;
 
  private:
+  using StoredTime = bool (IZOLTLocalSetting::*)(std::string_view id, std::string& time) const;
+  using StoreTime = void (IZOLTLocalSetting::*)(std::string_view id, std::string_view time);
+
   bool ChecksApply() const { return settings_ && !checksDisabled_; }
   bool IsNear(std::string_view time, int days, std::string_view message) const;
   std::string CurrentTime() const { return NowText(referenceTime_, now_); }
-  std::string TimeToRecord(OptionalTimeText time) const { return time ? std::string(*time) : CurrentTime(); }
+  std::string TimeOf(std::string_view id, OptionalTimeText given, StoredTime stored) const;
+  void Record(std::string_view id, OptionalTimeText time, StoreTime store);
 
   std::optional<std::string> referenceTime_;
   IZOLTLocalSetting* settings_;

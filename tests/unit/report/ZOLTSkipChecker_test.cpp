@@ -2,95 +2,94 @@
 
 #include <gtest/gtest.h>
 
-#include "FakeLocalSetting.h"
+#include "MemorySettings.h"
 #include "TraceCapture.h"
+#include "ZOLTLocalSetting.h"
 
 namespace zt {
 namespace {
 
-using Values = std::map<std::string, std::string>;
+using Lines = std::vector<std::string>;
+
+constexpr std::time_t day = 86400;
 
 class ZOLTSkipCheckerTest : public testing::Test {
  protected:
-  static constexpr std::time_t day = 86400;
+  void Store(const std::string& text) {
+    settingsFile = text;
+    settings.Load();
+  }
+  // What is stored, in lines.
+  std::string Stored() const {
+    settings.Save({});
+    std::erase(settingsFile, '\r');
+    return settingsFile;
+  }
 
   // `ago` seconds before now, as stored.
   std::string Ago(std::time_t ago) const { return FormatLocalTime(present - ago); }
 
   const std::time_t present = ParseTimeText("2014-06-15 12:00:00").value();
-  const std::string presentText = "2014-06-15 12:00:00";
-  FakeLocalSetting settings;
+  ZOLTLocalSetting settings;
   ZOLTSkipChecker checker{&settings, [this] { return present; }};
   TraceCapture trace;
 };
 
 TEST_F(ZOLTSkipCheckerTest, EachCheckHasItsHistoryItsDaysAndItsMessage) {
+  using Check = bool (*)(ZOLTSkipChecker&, OptionalTimeText);
   struct Row {
     const char* key;
     const char* daysKey;  // null: seven days for ever
     int days;             // in force when nothing is stored
-    std::function<bool(OptionalTimeText)> check;
-    bool takesTime;
-    std::string message;
+    const char* message;
+    Check check;
   };
+  static constexpr char success[] = "3 Last svr success near! bye~";
   const Row rows[] = {
-      {"LastCollectFailedTime_P1", nullptr, 7, [&](auto) { return checker.IsLastIOFailNear("P1"); }, false,
-       "3 Last IO fail is near! Bye~"},
-      {"LastServerFailedTime", nullptr, 7, [&](auto) { return checker.IsLastServerFailNear(); }, false,
-       "3 Last svr fail near! bye~"},
-      {"LastSendTime_P1", "SendIntervalDays", 30, [&](auto time) { return checker.IsLastSendNear("P1", time); }, true,
-       "3 Last svr success near! bye~"},
-      {"LastPPSendTime_P1", "TransmissionDuration", 7, [&](auto time) { return checker.IsLastPPSendNear("P1", time); },
-       true, "3 Last svr success near! bye~"},
-      {"LastPPNormalTime_P1", "PPNormalSendInterval", 7,
-       [&](auto time) { return checker.IsLastPPNormalNear("P1", time); }, true, "3 Last svr success near! bye~"},
+      {"LastCollectFailedTime_P1", nullptr, 7, "3 Last IO fail is near! Bye~",
+       [](auto& c, auto) { return c.IsLastIOFailNear("P1"); }},
+      {"LastServerFailedTime", nullptr, 7, "3 Last svr fail near! bye~",
+       [](auto& c, auto) { return c.IsLastServerFailNear(); }},
+      {"LastSendTime_P1", "SendIntervalDays", 30, success,
+       [](auto& c, auto time) { return c.IsLastSendNear("P1", time); }},
+      {"LastPPSendTime_P1", "TransmissionDuration", 7, success,
+       [](auto& c, auto time) { return c.IsLastPPSendNear("P1", time); }},
+      {"LastPPNormalTime_P1", "PPNormalSendInterval", 7, success,
+       [](auto& c, auto time) { return c.IsLastPPNormalNear("P1", time); }},
   };
   for (const Row& row : rows) {
     SCOPED_TRACE(row.key);
     trace.lines.clear();
-    settings.values.clear();
-    EXPECT_FALSE(row.check({}));  // no history
-
-    settings.values[row.key] = Ago(row.days * day);
-    EXPECT_FALSE(row.check({}));
-    settings.values[row.key] = "1899-12-31 00:00:00";
-    EXPECT_FALSE(row.check({}));
-    EXPECT_EQ(trace.Texts(), std::vector<std::string>{"2 Can't convert time : 1899-12-31 00:00:00"});
-    trace.lines.clear();
-    settings.values[row.key] = Ago(row.days * day - 60);
-    EXPECT_TRUE(row.check({}));
-    EXPECT_EQ(trace.Texts(), std::vector<std::string>{row.message});
-
-    if (row.takesTime) {
-      EXPECT_FALSE(row.check(""));  // a given empty text is a text
-      EXPECT_FALSE(row.check(Ago(row.days * day)));
-      settings.values.erase(row.key);
-      EXPECT_TRUE(row.check(Ago(0)));
-    }
+    const auto history = [&](const std::string& time) { return "[History]\n" + (row.key + ("=" + time)); };
+    const auto isNear = [&](const std::string& stored, OptionalTimeText given = {}) {
+      Store(stored);
+      return row.check(checker, given);
+    };
+    EXPECT_FALSE(isNear(""));
+    EXPECT_FALSE(isNear(history(Ago(row.days * day))));
+    EXPECT_FALSE(isNear(history("1899-12-31 00:00:00")));
+    EXPECT_TRUE(isNear(history(Ago(row.days * day - 60))));
+    EXPECT_EQ(trace.Texts(), (Lines{"2 Can't convert time : 1899-12-31 00:00:00", row.message}));
     if (row.daysKey) {
-      settings.values[row.key] = Ago(2 * day);
-      settings.values[row.daysKey] = "2";
-      EXPECT_FALSE(row.check({}));
-      settings.values[row.daysKey] = "3";
-      EXPECT_TRUE(row.check({}));
+      EXPECT_FALSE(isNear(history(Ago(0)), ""));  // a given empty text is a text
+      EXPECT_FALSE(isNear(history(Ago(0)), Ago(row.days * day)));
+      EXPECT_TRUE(isNear("", Ago(0)));
+      const std::string days = std::string("[Common]\n") + row.daysKey;
+      EXPECT_FALSE(isNear(days + "=2\n" + history(Ago(2 * day))));
+      EXPECT_TRUE(isNear(days + "=3\n" + history(Ago(2 * day))));
     }
 
-    settings.values[row.key] = Ago(-2 * day);
-    EXPECT_FALSE(row.check({}));  // the future is not near ...
+    EXPECT_FALSE(isNear(history(Ago(-2 * day))));  // the future is not near ...
     ZOLTSkipChecker simulated(&settings, [this] { return present + 1000 * day; });
-    std::swap(simulated, checker);
-    checker.SetReferenceTime(presentText);
-    EXPECT_TRUE(row.check({}));  // ... except to a simulated date
-    checker.SetReferenceTime("no time");
-    EXPECT_FALSE(row.check({}));
-    std::swap(simulated, checker);
+    simulated.SetReferenceTime(FormatLocalTime(present));
+    EXPECT_TRUE(row.check(simulated, {}));  // ... except to a simulated date
+    simulated.SetReferenceTime("no time");
+    EXPECT_FALSE(row.check(simulated, {}));
 
-    settings.values[row.key] = Ago(0);
-    ZOLTSkipChecker disabled(&settings, [this] { return present; });
+    EXPECT_TRUE(isNear(history(Ago(0))));
+    ZOLTSkipChecker disabled = checker;
     disabled.DisableChecks();
-    std::swap(disabled, checker);
-    EXPECT_FALSE(row.check({}));
-    std::swap(disabled, checker);
+    EXPECT_FALSE(row.check(disabled, {}));
   }
 }
 
@@ -101,17 +100,16 @@ TEST_F(ZOLTSkipCheckerTest, RecordsNowOrTheGivenTime) {
   checker.RecordSendSuccess("P1", {});
   checker.RecordPPSend("P1", "2014-01-01");
   checker.RecordPPNormal("P1", "");
-  EXPECT_EQ(settings.values, (Values{{"LastCollectFailedTime_P1", presentText},
-                                     {"LastServerFailedTime", presentText},
-                                     {"LastSendTime_P1", presentText},
-                                     {"LastPPSendTime_P1", "2014-01-01"}}));
-  settings.values.clear();
+  EXPECT_EQ(Stored(),
+            "[History]\nLastCollectFailedTime_P1=2014-06-15 12:00:00\nLastPPSendTime_P1=2014-01-01\n"
+            "LastSendTime_P1=2014-06-15 12:00:00\nLastServerFailedTime=2014-06-15 12:00:00\n");
+  Store("");
   checker.SetReferenceTime("2020-02-02 00:00:00");
   checker.RecordIOFail("P1");
   checker.RecordSendSuccess("P1", "");
   checker.RecordPPNormal("P1", {});
-  EXPECT_EQ(settings.values, (Values{{"LastCollectFailedTime_P1", "2020-02-02 00:00:00"},
-                                     {"LastPPNormalTime_P1", "2020-02-02 00:00:00"}}));
+  EXPECT_EQ(Stored(),
+            "[History]\nLastCollectFailedTime_P1=2020-02-02 00:00:00\nLastPPNormalTime_P1=2020-02-02 00:00:00\n");
 }
 
 TEST_F(ZOLTSkipCheckerTest, StoresOnlyWhatDiffers) {
@@ -119,13 +117,12 @@ TEST_F(ZOLTSkipCheckerTest, StoresOnlyWhatDiffers) {
   checker.SetPPNormalInterval(7);
   EXPECT_FALSE(checker.UpdateTonerChangeCount("P1", 0));
   checker.RecordTonerLife("", 5);
-  EXPECT_EQ(settings.values, Values{});
+  EXPECT_EQ(Stored(), "");
   checker.SetSendInterval(7);
   checker.SetPPNormalInterval(30);
   EXPECT_TRUE(checker.UpdateTonerChangeCount("P1", 4294967295));
   EXPECT_FALSE(checker.UpdateTonerChangeCount("P1", 4294967295));
-  EXPECT_EQ(settings.values,
-            (Values{{"SendIntervalDays", "7"}, {"PPNormalSendInterval", "30"}, {"TonerChangeCount_P1", "-1"}}));
+  EXPECT_EQ(Stored(), "[Common]\nPPNormalSendInterval=30\nSendIntervalDays=7\n[History]\nTonerChangeCount_P1=-1\n");
   EXPECT_EQ(checker.GetSendInterval(1), 7);
   EXPECT_EQ(checker.GetPPNormalInterval(1), 30);
 }
@@ -136,9 +133,9 @@ TEST_F(ZOLTSkipCheckerTest, ComparesTheTonerLifeUnsigned) {
     const char* limit;
     bool exceeded;
   };
-  for (const Row& row : {Row{151, "", true}, Row{150, "", false}, Row{4294967295, "", true}, Row{5, "-1", false}}) {
-    settings.values.clear();
-    if (*row.limit) settings.values["TonerMaxLife"] = row.limit;
+  for (const Row& row : {Row{151, "", true}, Row{150, "", false}, Row{4294967295, "", true},
+                         Row{5, "[Common]\nTonerMaxLife=-1", false}}) {
+    Store(row.limit);
     checker.RecordTonerLife("P1", row.life);
     EXPECT_EQ(checker.IsTonerLifeExceeded("P1"), row.exceeded) << row.life;
   }
@@ -147,37 +144,34 @@ TEST_F(ZOLTSkipCheckerTest, ComparesTheTonerLifeUnsigned) {
 TEST_F(ZOLTSkipCheckerTest, KeepsTheServerPolicy) {
   const std::string longCode(600, '5');
   struct Row {
-    Values stored;
+    std::string stored;
     ServerPolicy policy;
-    Values after;  // what was added or changed
+    std::string after;
   };
   const Row rows[] = {
-      {{}, {}, {{"SBXPolicyReceived", "1"}}},
-      {{},
-       {14, "52", 200},
-       {{"SBXPolicyReceived", "1"}, {"TransmissionDuration", "14"}, {"NSLanguageCode", "52"}, {"TonerMaxLife", "200"}}},
+      {"", {}, "SBXPolicyReceived=1\n"},
+      {"", {14, "52", 200}, "NSLanguageCode=52\nSBXPolicyReceived=1\nTonerMaxLife=200\nTransmissionDuration=14\n"},
       // 0 and the empty text are never replaced.
-      {{{"TransmissionDuration", "0"}, {"NSLanguageCode", ""}, {"TonerMaxLife", "0"}},
+      {"NSLanguageCode=\nTonerMaxLife=0\nTransmissionDuration=0\n",
        {14, "52", 200},
-       {{"SBXPolicyReceived", "1"}}},
-      {{{"TransmissionDuration", "14"}},
+       "NSLanguageCode=\nSBXPolicyReceived=1\nTonerMaxLife=0\nTransmissionDuration=0\n"},
+      {"TransmissionDuration=14\n",
        {0, "", 0},
-       {{"SBXPolicyReceived", "1"}, {"TransmissionDuration", "0"}, {"NSLanguageCode", ""}, {"TonerMaxLife", "0"}}},
-      {{}, {7, longCode, 150}, {{"SBXPolicyReceived", "1"}, {"NSLanguageCode", longCode.substr(0, 519)}}},
+       "NSLanguageCode=\nSBXPolicyReceived=1\nTonerMaxLife=0\nTransmissionDuration=0\n"},
+      {"", {7, longCode, 150}, "NSLanguageCode=" + longCode.substr(0, 519) + "\nSBXPolicyReceived=1\n"},
   };
   for (const Row& row : rows) {
-    settings.values = row.stored;
+    Store("[Common]\n" + row.stored);
     checker.StoreServerPolicy(row.policy);
-    Values expected = row.after;
-    expected.insert(row.stored.begin(), row.stored.end());
-    EXPECT_EQ(settings.values, expected);
+    EXPECT_EQ(Stored(), "[Common]\n" + row.after);
   }
 
-  settings.values = {{"TransmissionDuration", "14"}, {"NSLanguageCode", longCode}, {"TonerMaxLife", "200"}};
+  const std::string values = "[Common]\nTransmissionDuration=14\nTonerMaxLife=200\nNSLanguageCode=" + longCode;
+  Store(values);
   ServerPolicy policy{1, "x", 1};
   EXPECT_FALSE(checker.GetServerPolicy(policy));  // nothing was received: what stands in the file does not count
   EXPECT_EQ(policy, ServerPolicy());
-  settings.values["SBXPolicyReceived"] = "1";
+  Store(values + "\nSBXPolicyReceived=1");
   EXPECT_TRUE(checker.GetServerPolicy(policy));
   EXPECT_EQ(policy, (ServerPolicy{14, longCode.substr(0, 519), 200}));
 }
@@ -186,11 +180,9 @@ TEST_F(ZOLTSkipCheckerTest, SwitchesTheServices) {
   bool enabled = true;
   EXPECT_FALSE(checker.GetZOLTEnabled(enabled) || checker.GetPPAEnabled(enabled));
   checker.SetZOLTEnabled(false);
-  EXPECT_TRUE(checker.GetZOLTEnabled(enabled));
-  EXPECT_FALSE(enabled);
+  EXPECT_TRUE(checker.GetZOLTEnabled(enabled) && !enabled);
   checker.SetPPAEnabled(true);
-  EXPECT_TRUE(checker.GetPPAEnabled(enabled));
-  EXPECT_TRUE(enabled);
+  EXPECT_TRUE(checker.GetPPAEnabled(enabled) && enabled);
 }
 
 TEST_F(ZOLTSkipCheckerTest, DoesNothingWithoutSettings) {
@@ -198,25 +190,23 @@ TEST_F(ZOLTSkipCheckerTest, DoesNothingWithoutSettings) {
   none.RecordIOFail("P1");
   none.RecordServerFail();
   none.RecordSendSuccess("P1", {});
-  none.RecordPPSend("P1", {});
-  none.RecordPPNormal("P1", {});
   none.RecordTonerLife("P1", 1);
   none.SetSendInterval(1);
   none.SetPPNormalInterval(1);
   none.SetZOLTEnabled(true);
   none.SetPPAEnabled(true);
   none.StoreServerPolicy({1, "1", 1});
-  EXPECT_FALSE(none.IsLastIOFailNear("P1") || none.IsLastServerFailNear() || none.IsLastSendNear("P1", presentText) ||
-               none.IsLastPPSendNear("P1", presentText) || none.IsLastPPNormalNear("P1", presentText));
-  EXPECT_FALSE(none.UpdateTonerChangeCount("P1", 1) || none.IsTonerLifeExceeded("P1"));
+  const std::string time = Ago(0);
+  EXPECT_FALSE(none.IsLastIOFailNear("P1") || none.IsLastServerFailNear() || none.IsLastSendNear("P1", time) ||
+               none.IsLastPPSendNear("P1", time) || none.IsLastPPNormalNear("P1", time));
+  bool untouched = true;
+  ServerPolicy policy{1, "x", 1};
+  EXPECT_FALSE(none.GetZOLTEnabled(untouched) || none.GetPPAEnabled(untouched) || none.GetServerPolicy(policy) ||
+               none.UpdateTonerChangeCount("P1", 1) || none.IsTonerLifeExceeded("P1"));
+  EXPECT_TRUE(untouched);
+  EXPECT_EQ(policy, (ServerPolicy{1, "x", 1}));
   EXPECT_EQ(none.GetSendInterval(30), 30);
   EXPECT_EQ(none.GetPPNormalInterval(7), 7);
-  bool untouched = true;
-  EXPECT_FALSE(none.GetZOLTEnabled(untouched) || none.GetPPAEnabled(untouched));
-  EXPECT_TRUE(untouched);
-  ServerPolicy policy{1, "x", 1};
-  EXPECT_FALSE(none.GetServerPolicy(policy));
-  EXPECT_EQ(policy, (ServerPolicy{1, "x", 1}));
 }
 
 }  // namespace

@@ -1,0 +1,22 @@
+#include "KVFLocalSetting.h"
+#include "MemorySettings.h"
+
+namespace zt {
+
+std::string settingsFile;
+
+KVFLocalSetting::KVFLocalSetting(std::string_view) {}
+
+KVFLocalSetting::~KVFLocalSetting() = default;
+
+bool KVFLocalSetting::Load() {
+  sections_ = ParseIni(settingsFile);
+  return true;
+}
+
+bool KVFLocalSetting::Save(const std::wstring&) const {
+  settingsFile = FormatIni(sections_);
+  return true;
+}
+
+}  // namespace zt
