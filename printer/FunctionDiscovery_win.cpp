@@ -33,13 +33,13 @@ class ComApartment {
 ComObject<discovery::IFunctionInstance> FindDevice(const std::wstring& pnpxID) {
   ComObject<discovery::IFunctionInstance> instance;
   ComObject<discovery::IFunctionDiscovery> finder;
-  if (FAILED(CoCreateInstance(discovery::classID, nullptr, CLSCTX_INPROC_SERVER, discovery::interfaceID,
+  if (FAILED(CoCreateInstance(discovery::kClassID, nullptr, CLSCTX_INPROC_SERVER, discovery::kInterfaceID,
                               reinterpret_cast<void**>(finder.Receive()))) ||
       !finder) {
     return instance;
   }
   ComObject<discovery::IFunctionInstanceCollectionQuery> query;
-  if (FAILED(finder.Get()->CreateInstanceCollectionQuery(discovery::pnpCategory, nullptr, FALSE, nullptr, nullptr,
+  if (FAILED(finder.Get()->CreateInstanceCollectionQuery(discovery::kPnPCategory, nullptr, FALSE, nullptr, nullptr,
                                                          query.Receive())) ||
       !query) {
     return instance;
@@ -47,7 +47,7 @@ ComObject<discovery::IFunctionInstance> FindDevice(const std::wstring& pnpxID) {
   PROPVARIANT wanted{};
   wanted.vt = VT_LPWSTR;
   wanted.pwszVal = const_cast<wchar_t*>(pnpxID.c_str());  // stays ours: the query copies it
-  if (FAILED(query.Get()->AddPropertyConstraint(discovery::pnpxIDKey, &wanted, discovery::PropertyConstraint::Equals)))
+  if (FAILED(query.Get()->AddPropertyConstraint(discovery::kPnPXIDKey, &wanted, discovery::PropertyConstraint::Equals)))
     return instance;
   ComObject<discovery::IFunctionInstanceCollection> devices;
   if (FAILED(query.Get()->Execute(devices.Receive())) || !devices) return instance;
@@ -74,7 +74,7 @@ std::wstring DiscoverAddress(const std::wstring& pnpxID) {
   ComObject<IPropertyStore> properties;
   if (FAILED(device.Get()->OpenPropertyStore(STGM_READ, properties.Receive())) || !properties) return {};
   PROPVARIANT value{};
-  if (FAILED(properties.Get()->GetValue(discovery::pnpxIPAddressKey, &value))) return {};
+  if (FAILED(properties.Get()->GetValue(discovery::kPnPXIPAddressKey, &value))) return {};
   std::wstring address = FirstText(value);
   PropVariantClear(&value);
   return address;

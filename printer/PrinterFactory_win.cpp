@@ -19,8 +19,8 @@
 namespace zt {
 namespace {
 
-constexpr std::wstring_view universalDriver = L"Meridian Print Driver";
-constexpr std::uint32_t httpOk = 200;
+constexpr std::wstring_view kUniversalDriver = L"Meridian Print Driver";
+constexpr std::uint32_t kHttpOk = 200;
 
 // The printer's own web server: one GET for a document.
 bool FetchOverHttp(const std::string& url, std::string& document) {
@@ -28,7 +28,7 @@ bool FetchOverHttp(const std::string& url, std::string& document) {
   if (!connection.Open("GET", url)) return false;
   std::string response;
   std::uint32_t status = 0;
-  if (!connection.Send({}, response, status) || status != httpOk) return false;
+  if (!connection.Send({}, response, status) || status != kHttpOk) return false;
   document = std::move(response);
   return true;
 }
@@ -72,7 +72,7 @@ std::unique_ptr<KVFPrinter> CreatePrinterForQueue(const std::wstring& queueName)
   if (!printer) printer = CreateForTCPIPPort(queue);
   if (!printer) return nullptr;
   printer->SetQueueName(queueName);
-  printer->SetUniversalDriver(queue.DriverName().find(universalDriver) != std::wstring_view::npos);
+  printer->SetUniversalDriver(queue.DriverName().find(kUniversalDriver) != std::wstring_view::npos);
   return printer;
 }
 

@@ -19,12 +19,12 @@ PrinterHandle OpenQueue(const std::wstring& queueName) {
 }  // namespace
 
 std::int32_t CountQueueJobs(const std::wstring& queueName) {
-  constexpr DWORD allJobs = 0xFFFFFFFF;
+  constexpr DWORD kAllJobs = 0xFFFFFFFF;
   const PrinterHandle printer = OpenQueue(queueName);
   if (!printer) return -1;
   DWORD count = 0;
   const std::optional<SpoolerBlock> block = SpoolerBlock::Read([&](BYTE* buffer, DWORD size, DWORD* needed) {
-    return EnumJobsW(printer.Get(), 0, allJobs, 1, buffer, size, needed, &count);
+    return EnumJobsW(printer.Get(), 0, kAllJobs, 1, buffer, size, needed, &count);
   });
   // A count that the reply has no room for is no count.
   if (!block || block->Items<JOB_INFO_1W>(count).size() != count) return -1;

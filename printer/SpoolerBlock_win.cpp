@@ -11,11 +11,11 @@ namespace zt {
 void PrinterHandleTraits::Close(Type printer) { ClosePrinter(printer); }
 
 std::optional<SpoolerBlock> SpoolerBlock::Read(const Call& call) {
-  constexpr DWORD maximumSize = 64 * 1024 * 1024;
+  constexpr DWORD kMaximumSize = 64 * 1024 * 1024;
   DWORD size = 0;
   SetLastError(ERROR_SUCCESS);
   if (!call(nullptr, 0, &size) && GetLastError() != ERROR_INSUFFICIENT_BUFFER) return std::nullopt;
-  if (size > maximumSize) return std::nullopt;
+  if (size > kMaximumSize) return std::nullopt;
 
   SpoolerBlock block;
   block.memory_ = GlobalMemory(GlobalAlloc(GMEM_FIXED | GMEM_ZEROINIT, size));

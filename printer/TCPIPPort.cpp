@@ -8,9 +8,9 @@ struct Field {
   std::size_t offset;      // bytes
   std::size_t characters;  // with the terminator
 };
-constexpr Field hostAddressField{144, 49};
-constexpr Field communityField{242, 33};
-constexpr Field ipAddressField{378, 16};
+constexpr Field kHostAddressField{144, 49};
+constexpr Field kCommunityField{242, 33};
+constexpr Field kIPAddressField{378, 16};
 
 std::wstring ReadField(const PortConfiguration& reply, Field field) {
   std::wstring text;
@@ -27,8 +27,8 @@ std::wstring ReadField(const PortConfiguration& reply, Field field) {
 }  // namespace
 
 TCPIPPortAddress ReadPortConfiguration(const PortConfiguration& reply) {
-  TCPIPPortAddress port{ReadField(reply, ipAddressField), ReadField(reply, communityField)};
-  if (port.address.empty()) port.address = ReadField(reply, hostAddressField);
+  TCPIPPortAddress port{ReadField(reply, kIPAddressField), ReadField(reply, kCommunityField)};
+  if (port.address.empty()) port.address = ReadField(reply, kHostAddressField);
   return port;
 }
 

@@ -14,7 +14,7 @@
 namespace zt {
 namespace {
 
-constexpr std::wstring_view wsdMark = L"WSD";
+constexpr std::wstring_view kWSDMark = L"WSD";
 
 // The device's key in the registry's tree of devices: "System\CurrentControlSet\Enum\<enumerator>\UMB\<instance>".
 // `deviceID` is the path of a device instance, of which the first part is the enumerator and the last the instance.
@@ -33,7 +33,7 @@ std::wstring AddressFromRegistry(std::wstring_view deviceID) {
 }  // namespace
 
 bool IsWSDPort(std::wstring_view portName) {
-  if (portName.find(wsdMark) == std::wstring_view::npos) return false;
+  if (portName.find(kWSDMark) == std::wstring_view::npos) return false;
   DWORD count = 0;
   const std::optional<SpoolerBlock> block = SpoolerBlock::Read(
       [&](BYTE* buffer, DWORD size, DWORD* needed) { return EnumPortsW(nullptr, 2, buffer, size, needed, &count); });
@@ -41,7 +41,7 @@ bool IsWSDPort(std::wstring_view portName) {
   const auto ports = block->Items<PORT_INFO_2W>(count);
   const auto port = std::find_if(ports.begin(), ports.end(),
                                  [&](const PORT_INFO_2W& info) { return block->Text(info.pPortName) == portName; });
-  return port != ports.end() && block->Text(port->pMonitorName).find(wsdMark) != std::wstring_view::npos;
+  return port != ports.end() && block->Text(port->pMonitorName).find(kWSDMark) != std::wstring_view::npos;
 }
 
 std::wstring ResolveWSDAddress(std::wstring_view portName, std::wstring_view serverName) {

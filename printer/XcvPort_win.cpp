@@ -50,14 +50,14 @@ bool XcvPort::Request(const wchar_t* command, std::span<const std::byte> input, 
 }
 
 std::optional<std::wstring> XcvPort::RequestText(const wchar_t* command) {
-  constexpr DWORD maximumSize = 64 * 1024 * sizeof(wchar_t);
+  constexpr DWORD kMaximumSize = 64 * 1024 * sizeof(wchar_t);
   if (!port_) return std::nullopt;
   XcvReply reply = Call(port_.Get(), command, {}, {});
   std::wstring text;
-  if (reply.error == ERROR_INSUFFICIENT_BUFFER && reply.needed <= maximumSize) {
-    // One character for each byte, and one more: monitors differ in what they count.
+  if (reply.error == ERROR_INSUFFICIENT_BUFFER && reply.needed <= kMaximumSize) {
+    // A character for each of what was counted, and one more: monitors count bytes or characters.
     text.resize(reply.needed + 1);
-    reply = Call(port_.Get(), command, {}, std::as_writable_bytes(std::span(text)).first(reply.needed));
+    reply = Call(port_.Get(), command, {}, std::as_writable_bytes(std::span(text)));
   }
   if (reply.error != ERROR_SUCCESS) {
     TraceRefusal(command, reply.error);

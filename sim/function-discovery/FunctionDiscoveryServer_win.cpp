@@ -28,7 +28,7 @@ class Properties : public ComBase<IPropertyStore> {
     PropVariantInit(value);
     if (Fails(device_, L"GetValue")) return E_FAIL;
     // As property stores do: a property that is not there is an empty value.
-    if (key.pid != pnpxIPAddressKey.pid || !IsEqualGUID(key.fmtid, pnpxIPAddressKey.fmtid)) return S_OK;
+    if (key.pid != kPnPXIPAddressKey.pid || !IsEqualGUID(key.fmtid, kPnPXIPAddressKey.fmtid)) return S_OK;
     if (device_.form == L"string" && !device_.words.empty()) {
       value->vt = VT_LPWSTR;
       value->pwszVal = CopyText(device_.words[0]);
@@ -97,8 +97,8 @@ class Query : public ComBase<IFunctionInstanceCollectionQuery> {
   HRESULT STDMETHODCALLTYPE AddQueryConstraint(const wchar_t*, const wchar_t*) override { return E_NOTIMPL; }
   HRESULT STDMETHODCALLTYPE AddPropertyConstraint(REFPROPERTYKEY key, const PROPVARIANT* value,
                                                   PropertyConstraint constraint) override {
-    if (constraint != PropertyConstraint::Equals || value->vt != VT_LPWSTR || key.pid != pnpxIDKey.pid ||
-        !IsEqualGUID(key.fmtid, pnpxIDKey.fmtid)) {
+    if (constraint != PropertyConstraint::Equals || value->vt != VT_LPWSTR || key.pid != kPnPXIDKey.pid ||
+        !IsEqualGUID(key.fmtid, kPnPXIDKey.fmtid)) {
       return E_INVALIDARG;
     }
     pnpxID_ = value->pwszVal;
@@ -125,13 +125,13 @@ class Discovery : public ComBase<IFunctionDiscovery> {
   HRESULT STDMETHODCALLTYPE CreateInstanceCollectionQuery(const wchar_t* category, const wchar_t*, BOOL, IUnknown*,
                                                           ULONGLONG*,
                                                           IFunctionInstanceCollectionQuery** query) override {
-    if (std::wstring(category) != pnpCategory) return E_INVALIDARG;
+    if (std::wstring(category) != kPnPCategory) return E_INVALIDARG;
     *query = new Query();
     return S_OK;
   }
 
  private:
-  IID OwnInterface() const override { return interfaceID; }
+  IID OwnInterface() const override { return kInterfaceID; }
 };
 
 class Factory : public ComBase<IClassFactory> {
@@ -154,7 +154,7 @@ class Factory : public ComBase<IClassFactory> {
 
 STDAPI DllGetClassObject(REFCLSID id, REFIID wanted, void** object) {
   *object = nullptr;
-  if (!IsEqualCLSID(id, classID)) return CLASS_E_CLASSNOTAVAILABLE;
+  if (!IsEqualCLSID(id, kClassID)) return CLASS_E_CLASSNOTAVAILABLE;
   auto* factory = new Factory();
   const HRESULT result = factory->QueryInterface(wanted, object);
   factory->Release();
@@ -165,7 +165,7 @@ STDAPI DllCanUnloadNow() { return livingObjects == 0 ? S_OK : S_FALSE; }
 
 STDAPI DllRegisterServer() {
   wchar_t name[40] = L"";
-  StringFromGUID2(classID, name, 40);
+  StringFromGUID2(kClassID, name, 40);
   const std::wstring key = L"Software\\Classes\\CLSID\\" + std::wstring(name) + L"\\InprocServer32";
   const auto store = [&](const wchar_t* value, const std::wstring& text) {
     return RegSetKeyValueW(HKEY_LOCAL_MACHINE, key.c_str(), value, REG_SZ, text.c_str(),
