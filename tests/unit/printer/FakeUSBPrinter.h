@@ -16,6 +16,7 @@ namespace zt {
 class FakeUSBPrinter {
  public:
   bool opens = true;
+  std::size_t opensUntilFailure = 100;
   bool bulkOpens = true;
   std::optional<std::string> deviceID;
 
@@ -107,7 +108,10 @@ class FakeUSBPrinter::Bulk : public USBBulkIO {
 };
 
 inline USBServices FakeUSBPrinter::Services() {
-  return {.openControl = [this](const std::wstring&) { return opens ? std::make_unique<Control>(*this) : nullptr; },
+  return {.openControl =
+              [this](const std::wstring&) {
+                return opens && opensUntilFailure-- > 0 ? std::make_unique<Control>(*this) : nullptr;
+              },
           .openBulk = [this](const std::wstring&) { return bulkOpens ? std::make_unique<Bulk>(*this) : nullptr; },
           .loadDeviceMonitor = [this]() -> std::optional<DeviceMonitor> {
             if (!acquires) return std::nullopt;
