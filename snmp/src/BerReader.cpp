@@ -1,8 +1,6 @@
 #include "BerReader.h"
 
 #include <algorithm>
-#include <charconv>
-#include <limits>
 
 namespace ztsnmp {
 
@@ -44,44 +42,6 @@ std::optional<std::uint32_t> readUnsigned(BerReader content) noexcept {
   std::uint32_t value = bytes.front() & 0x80 ? ~0U : 0U;
   for (std::uint8_t byte : bytes) value = value << 8 | byte;
   return value;
-}
-
-std::optional<std::size_t> readObjectIdentifier(BerReader content, OidText& text) noexcept {
-  const auto first = content.takeByte();
-  if (!first) return std::nullopt;
-  char* next = text.data();
-  char* const end = next + text.size() - 1;
-  // X.690, 8.19.4 joins the first two arcs as 40 * first + second. One byte is all that is looked at, and 40 is divided
-  // out of numbers above 119 too.
-  *next++ = static_cast<char>('0' + *first / 40);
-  *next++ = '.';
-  next = std::to_chars(next, end, *first % 40).ptr;
-
-  // X.690, 8.19.2: base 128, high bit set on all bytes of a number but the last. A leading 80 is let pass.
-  // Texts have always been made with "%d": an arc above 2147483647 would come out negative, which no OID takes.
-  // There may be 255 arcs; the text ends before that.
-  constexpr std::uint32_t kMaxArc = std::numeric_limits<std::int32_t>::max();
-  std::uint32_t arc = 0;
-  bool complete = true;
-  for (std::uint8_t byte : content.takeRest()) {
-    if (arc > kMaxArc >> 7) return std::nullopt;
-    arc = arc << 7 | (byte & 0x7FU);
-    complete = byte < 0x80;
-    if (!complete) continue;
-    if (end - next < 2) return std::nullopt;
-    *next++ = '.';
-    if (arc < 10) {  // as most are
-      *next++ = static_cast<char>('0' + arc);
-    } else {
-      const auto [behind, error] = std::to_chars(next, end, arc);
-      if (error != std::errc()) return std::nullopt;
-      next = behind;
-    }
-    arc = 0;
-  }
-  if (!complete) return std::nullopt;
-  *next = '\0';
-  return static_cast<std::size_t>(next - text.data());
 }
 
 }  // namespace ztsnmp

@@ -1,11 +1,9 @@
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <span>
-#include <string_view>
 #include <utility>
 
 namespace ztsnmp {
@@ -83,17 +81,10 @@ inline std::optional<BerReader> BerReader::enter(std::uint8_t tag) noexcept {
   return element->content;
 }
 
-/// OidText has room for the longest text that an `OID` takes, and its NUL.
-using OidText = std::array<char, 256>;
-
 /// readInteger reads the content of an INTEGER: 1 to 4 bytes, sign-extended.
 [[nodiscard]] std::optional<std::int32_t> readInteger(BerReader content) noexcept;
 
 /// readUnsigned reads the content of a Counter, Gauge or TimeTicks: 1 to 4 bytes, or 5 of which the first is 00.
 [[nodiscard]] std::optional<std::uint32_t> readUnsigned(BerReader content) noexcept;
-
-/// readObjectIdentifier renders the content of an OBJECT IDENTIFIER as dotted text, NUL-terminated, in `text`, and
-/// answers its length.
-[[nodiscard]] std::optional<std::size_t> readObjectIdentifier(BerReader content, OidText& text) noexcept;
 
 }  // namespace ztsnmp

@@ -2,8 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <limits>
-#include <optional>
 
 namespace ztsnmp {
 
@@ -11,47 +9,6 @@ namespace {
 
 constexpr std::uint8_t kTagInteger = 0x02;
 constexpr std::uint8_t kTagNull = 0x05;
-constexpr std::uint8_t kTagObjectIdentifier = 0x06;
-
-/// The text of an OID has 255 characters at most, and each of its numbers takes no more bytes than digits and dot.
-using EncodedName = std::array<std::uint8_t, 260>;
-
-/// Takes the next number, and the dot behind it, off a text that consists of digits and single dots; 0 at its end, a
-/// number above 32 bits for one that is too large.
-std::uint64_t takeArc(const char*& dotted) noexcept {
-  std::uint64_t arc = 0;
-  for (; *dotted >= '0' && arc <= std::numeric_limits<std::uint32_t>::max(); ++dotted) {
-    arc = arc * 10 + static_cast<std::uint64_t>(*dotted - '0');
-  }
-  if (*dotted == '.') ++dotted;
-  return arc;
-}
-
-/// The content of an OBJECT IDENTIFIER; its length, or nullopt when there is no encoding.
-std::optional<std::size_t> encodeName(const char* dotted, EncodedName& out) noexcept {
-  // X.690, 8.19.4: the first two arcs share a byte, 40 * first + second. What does not fit into one is not encoded at
-  // all, since the reading side looks at one byte. Missing arcs count as 0, so "" goes out as 0.0 and "1" as 1.0, where
-  // a walk can start.
-  const std::uint64_t first = takeArc(dotted);
-  const std::uint64_t joined = first * 40 + takeArc(dotted);
-  if (joined > 0xFF) return std::nullopt;
-  std::size_t size = 0;
-  out[size++] = static_cast<std::uint8_t>(joined);
-
-  // X.690, 8.19.2: base 128, high bit set on all bytes but the last.
-  constexpr std::size_t kLongestNumber = 5;
-  while (*dotted != '\0') {
-    const std::uint64_t arc = takeArc(dotted);
-    if (arc > std::numeric_limits<std::uint32_t>::max() || size + kLongestNumber > out.size()) return std::nullopt;
-    if (arc >= 0x80) {
-      int shift = 7;
-      while (arc >> shift >= 0x80) shift += 7;
-      for (; shift > 0; shift -= 7) out[size++] = static_cast<std::uint8_t>(arc >> shift | 0x80);
-    }
-    out[size++] = static_cast<std::uint8_t>(arc & 0x7F);
-  }
-  return size;
-}
 
 }  // namespace
 
@@ -120,13 +77,5 @@ void BerWriter::unsignedNumber(std::uint8_t tag, std::uint32_t value) noexcept {
 }
 
 void BerWriter::null() noexcept { bytes(std::array{kTagNull, std::uint8_t{0}}); }
-
-bool BerWriter::objectIdentifier(const char* dotted) noexcept {
-  EncodedName name;
-  const auto size = encodeName(dotted, name);
-  if (!size) return false;
-  octets(kTagObjectIdentifier, std::span(name).first(*size));
-  return true;
-}
 
 }  // namespace ztsnmp

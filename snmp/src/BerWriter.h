@@ -38,10 +38,6 @@ class BerWriter {
   void unsignedNumber(std::uint8_t tag, std::uint32_t value) noexcept;
   void null() noexcept;
 
-  /// objectIdentifier writes a dotted text that keeps the rule of `OID`. false, with nothing written, when one of its
-  /// numbers cannot be encoded.
-  [[nodiscard]] bool objectIdentifier(const char* dotted) noexcept;
-
  private:
   [[nodiscard]] std::span<std::uint8_t> claim(std::size_t count) noexcept;
 

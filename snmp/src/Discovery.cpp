@@ -1,24 +1,17 @@
 #include "Discovery.h"
 
-#include <algorithm>
 #include <array>
 #include <chrono>
-#include <new>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "BCastOptions.h"
 #include "CommIterator.h"
 #include "MessageCodec.h"
-
-using ztsnmp::MessageCodec;
 
 namespace ztsnmp {
 
 namespace {
-
-constexpr int kDefaultSeconds = 3;
 
 /// However many hosts answer, or go on answering: at most so many times the seconds are spent.
 constexpr int kMaxWaits = 10;
@@ -109,65 +102,23 @@ int askEveryone(ReqRespPDU& pdu, EnumPDUType type, const char* community, int se
   return reached ? StatusSuccess : StatusBroadcastError;
 }
 
-}  // namespace ztsnmp
-
-int SNMPManager::operateBroadcast(ReqRespPDU& pdu, BCastOptions* options, EnumPDUType type) noexcept try {
-  if (options == nullptr || options->onAnswer == nullptr) return StatusBroadcastInvalidParameters;
-  const auto onStatus = [options](EnumDetectionStatType status) {
-    if (options->onStatus != nullptr) options->onStatus(status);
-  };
-  return ztsnmp::askEveryone(pdu, type, options->community, options->seconds, options->onAnswer, onStatus);
-} catch (const std::bad_alloc&) {
-  return StatusGeneralError;
-}
-
-int SNMPManager::broadcast(ReqRespPDU& pdu, const char* community, AnswerCallback onAnswer,
-                           StatusCallback onStatus) noexcept {
-  return broadcast(pdu, community, onAnswer, onStatus, ztsnmp::kDefaultSeconds);
-}
-
-int SNMPManager::broadcast(ReqRespPDU& pdu, const char* community, AnswerCallback onAnswer, StatusCallback onStatus,
-                           int seconds) noexcept {
-  return broadcast(pdu, community, onAnswer, onStatus, PDUGetRequest, seconds);
-}
-
-int SNMPManager::broadcast(ReqRespPDU& pdu, const char* community, AnswerCallback onAnswer, StatusCallback onStatus,
-                           EnumPDUType type, int seconds) noexcept {
-  BCastOptions options{community, seconds, onAnswer, onStatus};
-  return operateBroadcast(pdu, &options, type);
-}
-
-int SNMPManager::detectHPPrinters(IPAddress* list, int* count) noexcept try {
-  if (list == nullptr || count == nullptr || *count < 0) return StatusGeneralError;
+int findHPPrinters(std::span<IPAddress> room, std::size_t& found) {
   ReqRespPDU pdu;
-  for (const char* name : {ztsnmp::kDeviceType, ztsnmp::kDeviceID}) {
+  for (const char* name : {kDeviceType, kDeviceID}) {
     if (const int status = pdu.addVarBind(VarBind(OID(name))); status != StatusSuccess) return status;
   }
-  const std::span room(list, static_cast<std::size_t>(*count));
-  std::size_t found = 0;
+  std::size_t count = 0;
   const auto collect = [&](const ReqRespPDU& answer, const NetworkAddress* sender) {
-    if (found == room.size() || sender->getAddressType() != AddressTypeIP || !ztsnmp::isHPPrinter(answer)) return;
-    const auto same = [sender](const IPAddress& known) {
-      return std::string_view(known.getValue()) == sender->getValue();
-    };
-    if (std::any_of(room.begin(), room.begin() + static_cast<std::ptrdiff_t>(found), same)) return;
-    if (room[found].setValue(sender->getValue()) == StatusSuccess) ++found;
+    if (count == room.size() || sender->getAddressType() != AddressTypeIP || !isHPPrinter(answer)) return;
+    const std::string_view address = sender->getValue();
+    for (const IPAddress& known : room.first(count)) {
+      if (known.getValue() == address) return;
+    }
+    if (room[count].setValue(sender->getValue()) == StatusSuccess) ++count;
   };
-  const int status =
-      ztsnmp::askEveryone(pdu, PDUGetRequest, nullptr, ztsnmp::kDefaultSeconds, collect, [](EnumDetectionStatType) {});
-  if (status == StatusSuccess) *count = static_cast<int>(found);
+  const int status = askEveryone(pdu, PDUGetRequest, nullptr, kDefaultSeconds, collect, [](EnumDetectionStatType) {});
+  if (status == StatusSuccess) found = count;
   return status;
-} catch (const std::bad_alloc&) {
-  return StatusGeneralError;
 }
 
-unsigned long SNMPManager::getAvailableProtocols() noexcept try {
-  unsigned long protocols = ProtocolNone;
-  ztsnmp::CommIterator transports;
-  while (ztsnmp::CommInterface* const transport = transports.next()) {
-    if (transport->getProtocol() == ztsnmp::kProtocolUDP && transport->statusCheck() == 1) protocols |= ProtocolIP;
-  }
-  return protocols;
-} catch (const std::bad_alloc&) {
-  return ProtocolNone;
-}
+}  // namespace ztsnmp

@@ -6,9 +6,11 @@
 #include <memory>
 #include <new>
 #include <optional>
+#include <ranges>
 #include <utility>
 
 #include "BerWriter.h"
+#include "OIDCodec.h"
 #include "ztsnmp/IPAddress.h"
 #include "ztsnmp/Numbers.h"
 #include "ztsnmp/OctetString.h"
@@ -18,7 +20,6 @@ namespace ztsnmp {
 namespace {
 
 constexpr std::uint8_t kTagOctetString = 0x04;
-constexpr std::uint8_t kTagObjectIdentifier = 0x06;
 constexpr std::uint8_t kTagInteger = 0x02;
 constexpr std::uint8_t kTagSequence = 0x30;
 constexpr std::uint8_t kTagIPAddress = 0x40;
@@ -86,17 +87,13 @@ bool writeValue(BerWriter& writer, const SNMPDataType& value) {
       writer.null();
       return true;
     case DataTypeOID:
-      return writer.objectIdentifier(static_cast<const OID&>(value).getValue());
+      return OIDCodec::write(writer, static_cast<const OID&>(value));
     case DataTypeIPAddress:
       return writeIPAddress(writer, value.toString());
     case DataTypeCounter:
-      writer.unsignedNumber(tag, static_cast<const Counter&>(value).getValue());
-      return true;
     case DataTypeGauge:
-      writer.unsignedNumber(tag, static_cast<const Gauge&>(value).getValue());
-      return true;
     case DataTypeTimeTicks:
-      writer.unsignedNumber(tag, static_cast<const TimeTicks&>(value).getValue());
+      writer.unsignedNumber(tag, static_cast<const UnsignedNumber&>(value).getValue());
       return true;
     case DataTypeNone:
       break;
@@ -109,7 +106,7 @@ bool writeBinding(BerWriter& writer, const VarBind& binding, EnumPDUType type) {
   const std::size_t start = writer.mark();
   if (type != PDUGetRequest && type != PDUGetNextRequest && type != PDUSetRequest) return false;
   if (!binding.hasValue() || !writeValue(writer, binding.getValue())) return false;
-  if (!writer.objectIdentifier(binding.getOID().getValue())) return false;
+  if (!OIDCodec::write(writer, binding.getOID())) return false;
   writer.header(kTagSequence, start);
   return true;
 }
@@ -121,15 +118,10 @@ bool fill(Integer& value, BerReader content) {
   return number && value.setValue(*number) == StatusSuccess;
 }
 
-template <typename Unsigned>
-bool fillUnsigned(Unsigned& value, BerReader content) {
+bool fill(UnsignedNumber& value, BerReader content) {
   const auto number = readUnsigned(content);
   return number && value.setValue(*number) == StatusSuccess;
 }
-
-bool fill(Counter& value, BerReader content) { return fillUnsigned(value, content); }
-bool fill(Gauge& value, BerReader content) { return fillUnsigned(value, content); }
-bool fill(TimeTicks& value, BerReader content) { return fillUnsigned(value, content); }
 
 bool fill(OctetString& value, BerReader content) {
   const auto bytes = content.takeRest();
@@ -137,77 +129,51 @@ bool fill(OctetString& value, BerReader content) {
   return value.setValue(bytes.empty() ? "" : asText(bytes), bytes.size()) == StatusSuccess;
 }
 
-bool fill(OID& value, BerReader content) {
-  OidText text;
-  return readObjectIdentifier(content, text) && value.setValue(text.data()) == StatusSuccess;
-}
+bool fill(OID& value, BerReader content) { return OIDCodec::read(content, value); }
 
-bool fill(NetworkAddress& value, BerReader content) {
+bool fill(IPAddress& value, BerReader content) {
   if (content.remaining() > kMaxIPAddressContent) return false;
   const auto octets = content.take(kIPAddressOctets);
   if (!octets) return false;
   const auto o = *octets;
   char text[16];
   std::snprintf(text, sizeof(text), "%d.%d.%d.%d", o[0], o[1], o[2], o[3]);
-  // An address that refuses the text keeps its old value, and the binding counts as read all the same, on purpose: an
-  // agent that echoes the set of an address is not an error.
-  static_cast<void>(value.setValue(text));
-  return true;
+  return value.setValue(text) == StatusSuccess;
 }
 
 template <typename Value>
-std::unique_ptr<SNMPDataType> readNew(BerReader content) {
+std::unique_ptr<SNMPDataType> readAs(BerReader content) {
   auto value = std::make_unique<Value>();
   if (!fill(*value, content)) return nullptr;
   return value;
 }
 
-/// A new value of the class, other than `Null`, that the tag names; null when there is no such class or the content is
+/// A value of the class, other than `Null`, that the tag names; null when there is no such class or the content is
 /// refused. Counter64 and the exceptions of SNMPv2 are among the tags without a class.
-std::unique_ptr<SNMPDataType> readNewValue(const BerReader::Element& element) {
+std::unique_ptr<SNMPDataType> readValue(const BerReader::Element& element) {
   switch (element.tag) {
     case DataTypeInteger:
-      return readNew<Integer>(element.content);
+      return readAs<Integer>(element.content);
     case DataTypeOctetString:
-      return readNew<OctetString>(element.content);
+      return readAs<OctetString>(element.content);
     case DataTypeOID:
-      return readNew<OID>(element.content);
+      return readAs<OID>(element.content);
     case DataTypeIPAddress:
-      return readNew<IPAddress>(element.content);
+      return readAs<IPAddress>(element.content);
     case DataTypeCounter:
-      return readNew<Counter>(element.content);
+      return readAs<Counter>(element.content);
     case DataTypeGauge:
-      return readNew<Gauge>(element.content);
+      return readAs<Gauge>(element.content);
     case DataTypeTimeTicks:
-      return readNew<TimeTicks>(element.content);
+      return readAs<TimeTicks>(element.content);
     default:
       return nullptr;
   }
 }
 
-/// Reads into a value that is there; its class must be the one that the tag names.
-bool readInto(SNMPDataType& value, const BerReader::Element& element) {
-  if (value.getDataType() != element.tag) return false;
-  switch (value.getDataType()) {
-    case DataTypeInteger:
-      return fill(static_cast<Integer&>(value), element.content);
-    case DataTypeOctetString:
-      return fill(static_cast<OctetString&>(value), element.content);
-    case DataTypeOID:
-      return fill(static_cast<OID&>(value), element.content);
-    case DataTypeIPAddress:
-      return fill(static_cast<NetworkAddress&>(value), element.content);
-    case DataTypeCounter:
-      return fill(static_cast<Counter&>(value), element.content);
-    case DataTypeGauge:
-      return fill(static_cast<Gauge&>(value), element.content);
-    case DataTypeTimeTicks:
-      return fill(static_cast<TimeTicks&>(value), element.content);
-    case DataTypeNull:
-    case DataTypeNone:
-      break;
-  }
-  return false;
+bool isIPv6Address(const SNMPDataType& value) {
+  return value.getDataType() == DataTypeIPAddress &&
+         static_cast<const NetworkAddress&>(value).getAddressType() == AddressTypeIPv6;
 }
 
 /// The PDU's content of a message of version 1; bytes behind the message, and behind the PDU in it, are not looked at.
@@ -239,8 +205,7 @@ int MessageCodec::encodePacket(ReqRespPDU& pdu, std::string_view community, std:
   const bool asksForValues = pdu.type_ == PDUGetRequest || pdu.type_ == PDUGetNextRequest;
 
   BerWriter writer(out);
-  for (int i = pdu.varBindCount_; i-- > 0;) {
-    VarBind& binding = pdu.varBinds_[static_cast<std::size_t>(i)];
+  for (VarBind& binding : pdu.varBinds_ | std::views::reverse) {
     if (asksForValues) binding.setNull();
     const std::size_t start = writer.mark();
     // The other bindings go out all the same, on purpose; the answer then shows the gap.
@@ -262,26 +227,24 @@ int MessageCodec::encodePacket(ReqRespPDU& pdu, std::string_view community, std:
 }
 
 bool MessageCodec::readBinding(BerReader content, VarBind& slot) {
-  auto name = content.enter(kTagObjectIdentifier);
-  OidText text;
-  const auto length = name ? readObjectIdentifier(*name, text) : std::nullopt;
-  if (!length) return false;
-  const auto element = content.takeElement();
+  const auto name = content.enter(OIDCodec::kTag);
+  const auto element = name ? content.takeElement() : std::nullopt;
   if (!element) return false;
-  if (slot.value_) {
-    if (!readInto(*slot.value_, *element)) return false;
-  } else if (element->tag == DataTypeNull) {
-    // X.690, 8.8.2: no content.
-    if (element->content.remaining() > 0) return false;
-    slot.setNull();
-  } else {
-    auto value = readNewValue(*element);
+  // What a set has sent comes back as the same type.
+  if (slot.value_ && slot.value_->getDataType() != element->tag) return false;
+  std::unique_ptr<SNMPDataType> value;
+  if (element->tag != DataTypeNull) {
+    value = readValue(*element);
     if (!value) return false;
-    slot.value_ = std::move(value);
-    slot.holdsNull_ = false;
+  } else if (element->content.remaining() > 0) {  // X.690, 8.8.2: no content
+    return false;
   }
-  // Rendered here, so it keeps the rule of an OID and is not checked again.
-  slot.name_.text_.assign(text.data(), *length);
+  if (!OIDCodec::read(*name, slot.name_)) return false;
+  // An IPv6Address, which no octets fit, stays and counts as read all the same, on purpose: an agent that echoes the
+  // set of an address is not an error.
+  if (slot.value_ && isIPv6Address(*slot.value_)) return true;
+  slot.value_ = std::move(value);
+  slot.holdsNull_ = slot.value_ == nullptr;
   return true;
 }
 
@@ -297,16 +260,14 @@ int MessageCodec::decodePacket(std::span<const std::uint8_t> message, ReqRespPDU
 
   auto list = content->enter(kTagSequence);
   if (!list) return StatusGeneralError;
-  int decoded = 0;
-  for (int i = 0; i < pdu.varBindCount_; ++i) {
+  std::size_t decoded = 0;
+  for (std::size_t i = 0; i < pdu.varBinds_.size(); ++i) {
     const auto element = list->takeElement();
     if (!element) break;
     // A binding that cannot be read leaves its slot to the next one.
-    if (element->tag == kTagSequence && readBinding(element->content, pdu.getVarBind(static_cast<unsigned>(decoded)))) {
-      ++decoded;
-    }
+    if (element->tag == kTagSequence && readBinding(element->content, pdu.varBinds_[decoded])) ++decoded;
   }
-  const bool complete = decoded == pdu.varBindCount_ && pdu.errorStatus_ == 0;
+  const bool complete = decoded == pdu.varBinds_.size() && pdu.errorStatus_ == 0;
   return complete ? StatusSuccess : StatusGeneralError;
 } catch (const std::bad_alloc&) {
   return StatusGeneralError;
@@ -316,7 +277,7 @@ int MessageCodec::decodeTrapPacket(std::span<const std::uint8_t> message, TrapPD
   auto content = enterMessage(message, kTagTrap);
   if (!content) return StatusGeneralError;
   TrapPDU decoded;
-  const auto enterprise = content->enter(kTagObjectIdentifier);
+  const auto enterprise = content->enter(OIDCodec::kTag);
   if (!enterprise || !fill(decoded.enterprise_, *enterprise)) return StatusGeneralError;
 
   static_cast<void>(decoded.source_.setValue("0.0.0.0"));
@@ -334,16 +295,9 @@ int MessageCodec::decodeTrapPacket(std::span<const std::uint8_t> message, TrapPD
   decoded.trapType_ = *trapType;
   decoded.trapCode_ = *trapCode;
 
-  // Counted first, so that the array is made once.
-  for (BerReader ahead = *list; ahead.remaining() > 0; ++decoded.varBindCount_) {
-    if (!ahead.enter(kTagSequence)) return StatusGeneralError;
-  }
-  if (decoded.varBindCount_ > 0) {
-    decoded.varBinds_ = std::make_unique<VarBind[]>(static_cast<std::size_t>(decoded.varBindCount_));
-  }
-  for (int i = 0; i < decoded.varBindCount_; ++i) {
+  while (list->remaining() > 0) {
     const auto binding = list->enter(kTagSequence);
-    if (!binding || !readBinding(*binding, decoded.varBinds_[static_cast<std::size_t>(i)])) return StatusGeneralError;
+    if (!binding || !readBinding(*binding, decoded.varBinds_.emplace_back())) return StatusGeneralError;
   }
   if (decoded.isValid() != StatusSuccess) return StatusGeneralError;
   trap = std::move(decoded);

@@ -3,27 +3,15 @@
 #include <cstdio>
 #include <limits>
 
-namespace {
-
-template <std::size_t N>
-const char* toDecimal(char (&text)[N], int value) {
-  std::snprintf(text, N, "%d", value);
-  return text;
-}
-
-template <std::size_t N>
-const char* toDecimal(char (&text)[N], unsigned value) {
-  std::snprintf(text, N, "%u", value);
-  return text;
-}
-
-}  // namespace
-
 Integer::Integer(int value) noexcept { setValue(value); }
 
 EnumDataType Integer::getDataType() const noexcept { return DataTypeInteger; }
-const char* Integer::toString() const noexcept { return toDecimal(text_, value_); }
 int Integer::isValid() const noexcept { return StatusSuccess; }
+
+const char* Integer::toString() const noexcept {
+  std::snprintf(text_, sizeof(text_), "%d", value_);
+  return text_;
+}
 
 int Integer::setValue(int value) noexcept {
   // Refused on purpose: programs use this number for "no value".
@@ -32,35 +20,24 @@ int Integer::setValue(int value) noexcept {
   return StatusSuccess;
 }
 
+int UnsignedNumber::isValid() const noexcept { return StatusSuccess; }
+
+const char* UnsignedNumber::toString() const noexcept {
+  std::snprintf(text_, sizeof(text_), "%u", value_);
+  return text_;
+}
+
+int UnsignedNumber::setValue(unsigned value) noexcept {
+  value_ = value;
+  return StatusSuccess;
+}
+
 EnumDataType Counter::getDataType() const noexcept { return DataTypeCounter; }
-const char* Counter::toString() const noexcept { return toDecimal(text_, value_); }
-int Counter::isValid() const noexcept { return StatusSuccess; }
-
-int Counter::setValue(unsigned value) noexcept {
-  value_ = value;
-  return StatusSuccess;
-}
-
 EnumDataType Gauge::getDataType() const noexcept { return DataTypeGauge; }
-const char* Gauge::toString() const noexcept { return toDecimal(text_, value_); }
-int Gauge::isValid() const noexcept { return StatusSuccess; }
-
-int Gauge::setValue(unsigned value) noexcept {
-  value_ = value;
-  return StatusSuccess;
-}
-
 EnumDataType TimeTicks::getDataType() const noexcept { return DataTypeTimeTicks; }
-const char* TimeTicks::toString() const noexcept { return toDecimal(text_, value_); }
-int TimeTicks::isValid() const noexcept { return StatusSuccess; }
-
-int TimeTicks::setValue(unsigned hundredths) noexcept {
-  value_ = hundredths;
-  return StatusSuccess;
-}
 
 const char* TimeTicks::toFormattedString() const noexcept {
-  const unsigned seconds = value_ / 100;
+  const unsigned seconds = getValue() / 100;
   const struct {
     unsigned amount;
     const char* format;

@@ -1,8 +1,9 @@
 #include "ztsnmp/OID.h"
 
-#include <cstring>
+#include <new>
+#include <utility>
 
-#include "OwnedText.h"
+#include "OIDCodec.h"
 
 namespace {
 
@@ -18,9 +19,14 @@ EnumDataType OID::getDataType() const noexcept { return DataTypeOID; }
 const char* OID::toString() const noexcept { return text_.c_str(); }
 int OID::isValid() const noexcept { return isValidValue(text_.c_str()); }
 
-int OID::setValue(const char* text) noexcept {
+int OID::setValue(const char* text) noexcept try {
   if (const int status = isValidValue(text); status != StatusSuccess) return status;
-  return ztsnmp::assignText(text_, text, std::strlen(text)) ? StatusSuccess : StatusGeneralError;
+  std::string encoding = ztsnmp::OIDCodec::encodingOf(text);
+  text_ = text;
+  encoding_ = std::move(encoding);
+  return StatusSuccess;
+} catch (const std::bad_alloc&) {
+  return StatusGeneralError;
 }
 
 int OID::isValidValue(const char* text) noexcept {

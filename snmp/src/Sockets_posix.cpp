@@ -2,6 +2,7 @@
 #include <ifaddrs.h>
 #include <net/if.h>
 #include <poll.h>
+#include <sys/ioctl.h>
 #include <sys/mman.h>
 #include <unistd.h>
 
@@ -46,8 +47,8 @@ SocketAddress addressOf(const ifaddrs& interface) {
 }  // namespace
 
 bool makeNonBlocking(NativeSocket handle) {
-  const int flags = ::fcntl(handle, F_GETFL);
-  return flags >= 0 && ::fcntl(handle, F_SETFL, flags | O_NONBLOCK) == 0;
+  int on = 1;
+  return ::ioctl(handle, FIONBIO, &on) == 0;
 }
 
 void closeNative(NativeSocket handle) { ::close(handle); }

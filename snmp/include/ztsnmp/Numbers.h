@@ -21,61 +21,51 @@ class ZTSNMP_API Integer : public SNMPDataType {
   mutable char text_[12] = {};
 };
 
-/// Counter is a Counter: an unsigned 32-bit number that only grows and wraps to 0 (RFC 1155, section 3.2.3.3).
-class ZTSNMP_API Counter : public SNMPDataType {
+/// UnsignedNumber is what `Counter`, `Gauge` and `TimeTicks` share: one unsigned 32-bit number, of which all are valid.
+class ZTSNMP_API UnsignedNumber : public SNMPDataType {
  public:
-  Counter() = default;
-  explicit Counter(unsigned value) noexcept : value_(value) {}
-
-  [[nodiscard]] EnumDataType getDataType() const noexcept override;
   [[nodiscard]] const char* toString() const noexcept override;  ///< decimal
   [[nodiscard]] int isValid() const noexcept override;           ///< always 0
 
   int setValue(unsigned value) noexcept;  ///< always 0
   [[nodiscard]] unsigned getValue() const noexcept { return value_; }
 
+ protected:
+  UnsignedNumber() = default;
+  explicit UnsignedNumber(unsigned value) noexcept : value_(value) {}
+
  private:
   unsigned value_ = 0;
   mutable char text_[12] = {};
+};
+
+/// Counter is a Counter: an unsigned 32-bit number that only grows and wraps to 0 (RFC 1155, section 3.2.3.3).
+class ZTSNMP_API Counter : public UnsignedNumber {
+ public:
+  Counter() = default;
+  explicit Counter(unsigned value) noexcept : UnsignedNumber(value) {}
+  [[nodiscard]] EnumDataType getDataType() const noexcept override;
 };
 
 /// Gauge is a Gauge: an unsigned 32-bit number that goes up and down (RFC 1155, section 3.2.3.4).
-class ZTSNMP_API Gauge : public SNMPDataType {
+class ZTSNMP_API Gauge : public UnsignedNumber {
  public:
   Gauge() = default;
-  explicit Gauge(unsigned value) noexcept : value_(value) {}
-
+  explicit Gauge(unsigned value) noexcept : UnsignedNumber(value) {}
   [[nodiscard]] EnumDataType getDataType() const noexcept override;
-  [[nodiscard]] const char* toString() const noexcept override;  ///< decimal
-  [[nodiscard]] int isValid() const noexcept override;           ///< always 0
-
-  int setValue(unsigned value) noexcept;  ///< always 0
-  [[nodiscard]] unsigned getValue() const noexcept { return value_; }
-
- private:
-  unsigned value_ = 0;
-  mutable char text_[12] = {};
 };
 
 /// TimeTicks is a TimeTicks: a time span in hundredths of a second, unsigned 32-bit (RFC 1155, section 3.2.3.5).
-class ZTSNMP_API TimeTicks : public SNMPDataType {
+class ZTSNMP_API TimeTicks : public UnsignedNumber {
  public:
   TimeTicks() = default;
-  explicit TimeTicks(unsigned hundredths) noexcept : value_(hundredths) {}
-
+  explicit TimeTicks(unsigned hundredths) noexcept : UnsignedNumber(hundredths) {}
   [[nodiscard]] EnumDataType getDataType() const noexcept override;
-  [[nodiscard]] const char* toString() const noexcept override;  ///< decimal, in hundredths of a second
-  [[nodiscard]] int isValid() const noexcept override;           ///< always 0
-
-  int setValue(unsigned hundredths) noexcept;  ///< always 0
-  [[nodiscard]] unsigned getValue() const noexcept { return value_; }
 
   /// toFormattedString renders whole seconds as "1 Days 2 Hours 3 Minutes 4 Seconds". Parts that are 0 are left out,
   /// and every part but the seconds ends in a blank: 6000 gives "1 Minutes ", less than a second gives "".
   [[nodiscard]] const char* toFormattedString() const noexcept;
 
  private:
-  unsigned value_ = 0;
-  mutable char text_[12] = {};
   mutable char formatted_[61] = {};
 };

@@ -5,7 +5,7 @@
 #include "SNMPDataType.h"
 
 namespace ztsnmp {
-class MessageCodec;
+class OIDCodec;
 }
 
 /// OID is an OBJECT IDENTIFIER, kept as dotted decimal text such as "1.3.6.1.2.1.1.1.0".
@@ -28,6 +28,7 @@ class ZTSNMP_API OID : public SNMPDataType {
   [[nodiscard]] static int isValidValue(const char* text) noexcept;
 
  private:
-  friend class ztsnmp::MessageCodec;
+  friend class ztsnmp::OIDCodec;
   std::string text_;
+  std::string encoding_;  ///< how the text goes out, made once; empty when it must be made each time, see OIDCodec
 };

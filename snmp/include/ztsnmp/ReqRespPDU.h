@@ -1,6 +1,6 @@
 #pragma once
 
-#include <memory>
+#include <vector>
 
 #include "VarBind.h"
 
@@ -16,7 +16,7 @@ enum EnumPDUType : int {
   PDUSetRequest = 0xA3,
 };
 
-/// ReqRespPDU is a request and, after the operation, its answer in the same bindings.
+/// ReqRespPDU is a request and, after the operation, its answer in the same bindings. Copies are deep.
 ///
 /// Fill in the bindings, hand the PDU to `SNMPManager::get`, `getNext` or `set`, and read the same bindings again: a
 /// get-next has also replaced the names by those of the objects that the agent returned. `get` and `getNext` replace
@@ -27,19 +27,14 @@ enum EnumPDUType : int {
 /// the binding to a `Null` before you ask for the next.
 class ZTSNMP_API ReqRespPDU {
  public:
-  ReqRespPDU() noexcept;
+  ReqRespPDU() = default;
   ReqRespPDU(const VarBind* list, int count);  ///< copies the bindings; empty when `setVarBindList` would refuse them
-  ReqRespPDU(const ReqRespPDU& other);         ///< copies deeply
-  ReqRespPDU& operator=(const ReqRespPDU& other);
-  ReqRespPDU(ReqRespPDU&& other) noexcept;
-  ReqRespPDU& operator=(ReqRespPDU&& other) noexcept;
-  ~ReqRespPDU();
 
-  /// getVarBindList answers the first of `getVarBindCount` bindings, or null. It belongs to the PDU and holds until a
-  /// binding is added or deleted or the list is replaced.
-  [[nodiscard]] VarBind* getVarBindList() noexcept { return varBinds_.get(); }
-  [[nodiscard]] const VarBind* getVarBindList() const noexcept { return varBinds_.get(); }
-  [[nodiscard]] int getVarBindCount() const noexcept { return varBindCount_; }
+  /// getVarBindList answers the first of `getVarBindCount` bindings. It belongs to the PDU and holds until a binding is
+  /// added or deleted or the list is replaced.
+  [[nodiscard]] VarBind* getVarBindList() noexcept { return varBinds_.data(); }
+  [[nodiscard]] const VarBind* getVarBindList() const noexcept { return varBinds_.data(); }
+  [[nodiscard]] int getVarBindCount() const noexcept { return static_cast<int>(varBinds_.size()); }
 
   /// getVarBind answers one binding. The index, from 0, is not checked.
   [[nodiscard]] VarBind& getVarBind(unsigned index) noexcept { return varBinds_[index]; }
@@ -75,8 +70,7 @@ class ZTSNMP_API ReqRespPDU {
   friend class ztsnmp::MessageCodec;
   [[nodiscard]] static int isValidVarBindList(const VarBind* list, int count) noexcept;
 
-  std::unique_ptr<VarBind[]> varBinds_;
-  int varBindCount_ = 0;
+  std::vector<VarBind> varBinds_;
   EnumPDUType type_ = PDUGetRequest;
   int requestId_ = 0;
   int errorStatus_ = 0;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <memory>
+#include <vector>
 
 #include "IPAddress.h"
 #include "Numbers.h"
@@ -11,18 +11,12 @@ namespace ztsnmp {
 class MessageCodec;
 }
 
-/// TrapPDU is a received SNMPv1 trap (RFC 1157, section 4.1.6). Only the library's decoder fills it.
+/// TrapPDU is a received SNMPv1 trap (RFC 1157, section 4.1.6). Only the library's decoder fills it;
+/// copies are deep.
 class ZTSNMP_API TrapPDU {
  public:
-  TrapPDU() noexcept;
-  TrapPDU(const TrapPDU& other);  ///< copies deeply
-  TrapPDU& operator=(const TrapPDU& other);
-  TrapPDU(TrapPDU&& other) noexcept;
-  TrapPDU& operator=(TrapPDU&& other) noexcept;
-  ~TrapPDU();
-
-  [[nodiscard]] const VarBind* getVarBindList() const noexcept { return varBinds_.get(); }
-  [[nodiscard]] int getVarBindCount() const noexcept { return varBindCount_; }
+  [[nodiscard]] const VarBind* getVarBindList() const noexcept { return varBinds_.data(); }
+  [[nodiscard]] int getVarBindCount() const noexcept { return static_cast<int>(varBinds_.size()); }
   /// getVarBind answers one binding. The index, from 0, is not checked.
   [[nodiscard]] const VarBind& getVarBind(unsigned index) const noexcept { return varBinds_[index]; }
 
@@ -47,8 +41,7 @@ class ZTSNMP_API TrapPDU {
  private:
   friend class ztsnmp::MessageCodec;
 
-  std::unique_ptr<VarBind[]> varBinds_;
-  int varBindCount_ = 0;
+  std::vector<VarBind> varBinds_;
   OID enterprise_;
   IPAddress source_;
   int trapType_ = 0;

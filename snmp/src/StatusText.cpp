@@ -1,9 +1,9 @@
-#include "ztsnmp/SNMPStatus.h"
+#include "StatusText.h"
 
 #include <array>
 #include <cstdlib>
 
-#include "ztsnmp/SNMPManager.h"
+namespace ztsnmp {
 
 namespace {
 
@@ -140,8 +140,10 @@ static_assert(kTexts.size() == 125);
 
 }  // namespace
 
-const char* SNMPManager::errorToString(int status) noexcept {
+const char* textOf(int status) noexcept {
   if (status >= static_cast<int>(kTexts.size())) return "";
   // Negative codes are not checked against the table, on purpose: only the library's own codes are passed here.
   return kTexts[static_cast<std::size_t>(std::abs(status))];
 }
+
+}  // namespace ztsnmp

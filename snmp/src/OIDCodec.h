@@ -1,0 +1,31 @@
+#pragma once
+
+#include <string>
+
+#include "BerReader.h"
+#include "BerWriter.h"
+#include "ztsnmp/OID.h"
+
+namespace ztsnmp {
+
+/// OIDCodec makes the encoding of an OBJECT IDENTIFIER from the dotted text of an `OID`, and back.
+///
+/// Names are written and read far more often than they change, so an `OID` keeps the encoding beside its text, as long
+/// as each can be made from the other. A text that is written in another way than it would be read ("01.3", "2.40", "")
+/// has none to keep, and is encoded when it goes out.
+class OIDCodec {
+ public:
+  /// kTag is the tag of an OBJECT IDENTIFIER.
+  static constexpr std::uint8_t kTag = 0x06;
+
+  /// write writes the whole element. false, with nothing written, when one of the numbers has no encoding.
+  [[nodiscard]] static bool write(BerWriter& writer, const OID& oid) noexcept;
+
+  /// read reads the content of the element. false, with the old text kept, when it is malformed or too long.
+  [[nodiscard]] static bool read(BerReader content, OID& oid);
+
+  /// encodingOf answers the encoding to be kept for a text that keeps the rule of `OID`; empty when there is none.
+  [[nodiscard]] static std::string encodingOf(const char* dotted);
+};
+
+}  // namespace ztsnmp
