@@ -6,7 +6,6 @@
 #include <memory>
 #include <new>
 #include <optional>
-#include <ranges>
 #include <utility>
 
 #include "BerWriter.h"
@@ -205,7 +204,8 @@ int MessageCodec::encodePacket(ReqRespPDU& pdu, std::string_view community, std:
   const bool asksForValues = pdu.type_ == PDUGetRequest || pdu.type_ == PDUGetNextRequest;
 
   BerWriter writer(out);
-  for (VarBind& binding : pdu.varBinds_ | std::views::reverse) {
+  for (auto each = pdu.varBinds_.rbegin(); each != pdu.varBinds_.rend(); ++each) {
+    VarBind& binding = *each;
     if (asksForValues) binding.setNull();
     const std::size_t start = writer.mark();
     // The other bindings go out all the same, on purpose; the answer then shows the gap.
