@@ -19,18 +19,19 @@ PrinterDeviceID Parsed(std::string_view text) {
   return id;
 }
 
+PrinterDeviceID WithCommands(const char* commandSet) {
+  PrinterDeviceID id;
+  id.commandSet = commandSet;
+  return id;
+}
+
 // The fields that parsing fills, in the order model, command set, manufacturer, class information, class.
 std::vector<std::string> Fields(const PrinterDeviceID& id) {
   return {id.model, id.commandSet, id.manufacturer, id.classInfo, id.deviceClass};
 }
 
-struct ParseRow {
-  std::string_view text;
-  std::vector<std::string> fields;
-};
-
 TEST(ParseDeviceID, Table) {
-  const ParseRow rows[] = {
+  const std::pair<std::string_view, std::vector<std::string>> rows[] = {
       {"MFG:Velnora;CMD:PJL,ZOLT;MDL:Velnora RV-2160 Series;CLS:PRINTER;CLI:X;",
        {"Velnora RV-2160 Series", "PJL,ZOLT", "Velnora", "X", "PRINTER"}},
       {"MANUFACTURER:M;COMMAND SET:C;MODEL:D;CLASS:S;CLASSINFO:I", {"D", "C", "M", "I", "S"}},
@@ -57,9 +58,9 @@ TEST(ParseDeviceID, Table) {
       {"MFG:A;MDL\x83", {"", "", "A", "", ""}},
       {"X:\x83", {"", "", "", "", ""}},
   };
-  for (const ParseRow& row : rows) {
-    EXPECT_EQ(Fields(Parsed(row.text)), row.fields) << row.text;
-    EXPECT_EQ(Parsed(row.text).raw, row.text);
+  for (const auto& [text, fields] : rows) {
+    EXPECT_EQ(Fields(Parsed(text)), fields) << text;
+    EXPECT_EQ(Parsed(text).raw, text);
   }
 }
 
@@ -81,12 +82,11 @@ TEST(ParseDeviceID, EveryPrefixFillsPrefixesOfTheFields) {
 }
 
 TEST(MergeExtendedDeviceID, Table) {
-  struct Row {
+  const struct {
     std::string_view base;
     std::string_view extended;
     std::vector<std::string> fields;
-  };
-  const Row rows[] = {
+  } rows[] = {
       {"CMD:P", "CMD:A;CMD:B", {"", "P,A,B", "", "", ""}},
       {"", "CMD:A;COMMAND SET:B;", {"", "A,B", "", "", ""}},
       {"MDL:M;MFG:F", "MDL:X;MFG:Y;MANUFACTURER:Z", {"M", "", "F", "", ""}},  // identity is not taken from here
@@ -94,7 +94,7 @@ TEST(MergeExtendedDeviceID, Table) {
       {"CMD:P", "CMD:;", {"", "P,", "", "", ""}},  // an empty value brings its comma, too
       {"CMD:P", "CMD:\x81", {"", "P", "", "", ""}},
   };
-  for (const Row& row : rows) {
+  for (const auto& row : rows) {
     PrinterDeviceID id = Parsed(row.base);
     MergeExtendedDeviceID(row.extended, id, IsShiftJISLeadByte);
     EXPECT_EQ(Fields(id), row.fields) << row.extended;
@@ -104,18 +104,9 @@ TEST(MergeExtendedDeviceID, Table) {
 }
 
 TEST(HasCommand, Table) {
-  struct Row {
-    std::string commandSet;
-    bool hasZOLT;
-  };
-  const Row rows[] = {
-      {"PJL,ZOLT", true},   {"PJL,,ZOLT,", true}, {"ZOLT", true},   {"PJL ZOLT", false},
-      {"PJL, ZOLT", false}, {"zolt", false},      {"ZOLTX", false}, {"", false},
-  };
-  for (const Row& row : rows) {
-    PrinterDeviceID id;
-    id.commandSet = row.commandSet;
-    EXPECT_EQ(HasCommand(id, "ZOLT"), row.hasZOLT) << row.commandSet;
+  for (const char* text : {"PJL,ZOLT", "PJL,,ZOLT,", "ZOLT"}) EXPECT_TRUE(HasCommand(WithCommands(text), "ZOLT"));
+  for (const char* text : {"PJL ZOLT", "PJL, ZOLT", "zolt", "ZOLTX", ""}) {
+    EXPECT_FALSE(HasCommand(WithCommands(text), "ZOLT")) << text;
   }
 }
 
@@ -126,29 +117,20 @@ TEST(SBXStateOf, FirstStateDecides) {
 }
 
 TEST(FindCountryIndex, Table) {
-  struct Row {
-    std::string commandSet;
-    std::optional<std::string> index;
-  };
-  const Row rows[] = {
+  const std::pair<const char*, std::optional<std::string>> rows[] = {
       {"PJL,ZOLT,CI_12", "12"},  {"XCI_7 Y", "7"},        {"CI_", ""},
       {"CI_1,CI_2", "1"},        {"A CI_3,B", "3"},       {"CI_CI_4", "CI_4"},
       {"CI,ci_5", std::nullopt}, {"C;I_6", std::nullopt}, {"", std::nullopt},
   };
-  for (const Row& row : rows) {
-    PrinterDeviceID id;
-    id.commandSet = row.commandSet;
-    EXPECT_EQ(FindCountryIndex(id), row.index) << row.commandSet;
-  }
+  for (const auto& [text, index] : rows) EXPECT_EQ(FindCountryIndex(WithCommands(text)), index) << text;
 }
 
 TEST(ClassifyModelFamily, Table) {
-  struct Row {
+  const struct {
     const char* model;
     ModelFamily family;
     const char* name;
-  };
-  const Row rows[] = {
+  } rows[] = {
       {"Velnora RV-2160 Series", ModelFamily::RV, "RV"},
       {"Velnora PHT-10", ModelFamily::PHT, "PHT"},
       {"Velnora PHZ-3185", ModelFamily::PHZ, "PHZ"},
@@ -161,7 +143,7 @@ TEST(ClassifyModelFamily, Table) {
       {"rv-1", ModelFamily::Unknown, ""},
       {"", ModelFamily::Unknown, ""},
   };
-  for (const Row& row : rows) {
+  for (const auto& row : rows) {
     EXPECT_EQ(ClassifyModelFamily(row.model), row.family) << row.model;
     EXPECT_EQ(ModelFamilyName(row.family), row.name);
   }

@@ -25,6 +25,7 @@ class SNMPPeer {
   void Set(const std::string& name, std::int32_t number);
   void SetRaw(const std::string& name, std::uint8_t tag, const std::string& content);
   void Erase(const std::string& name) { objects_.erase(Arcs(name)); }
+  void Clear() { objects_.clear(); }
 
   // SetColumn makes the rows 1.1, 1.2, … of a table's column.
   template <class Value>

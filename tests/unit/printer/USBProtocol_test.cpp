@@ -10,11 +10,7 @@ namespace zt {
 namespace {
 
 TEST(USBPortNumber, Table) {
-  struct Row {
-    std::wstring_view name;
-    std::optional<std::uint32_t> number;
-  };
-  const Row rows[] = {
+  const std::pair<std::wstring_view, std::optional<std::uint32_t>> rows[] = {
       {L"USB001", 1},
       {L"USB010", 10},
       {L"DOT4_002", 2},
@@ -31,7 +27,7 @@ TEST(USBPortNumber, Table) {
       {L"", std::nullopt},
       {L"USB\x0661", std::nullopt},  // a digit of another script
   };
-  for (const Row& row : rows) EXPECT_EQ(USBPortNumber(row.name), row.number);
+  for (const auto& [name, number] : rows) EXPECT_EQ(USBPortNumber(name), number);
 }
 
 TEST(USBStatus, AsleepWhenThreeBytesSaySo) {
@@ -51,9 +47,9 @@ TEST(SuppliesOfStatus, FourTonersInTwoFamilies) {
   const std::vector<SupplyEntry> one = {entry(SupplyKind::Cyan, "40")};
   const std::vector<SupplyEntry> four = {entry(SupplyKind::Cyan, "40"), entry(SupplyKind::Black, "50"),
                                          entry(SupplyKind::Magenta, "60"), entry(SupplyKind::Yellow, "255")};
-  EXPECT_EQ(SuppliesOfStatus(status, ModelFamily::Unknown), one);
-  EXPECT_EQ(SuppliesOfStatus(status, ModelFamily::RV), one);
-  EXPECT_EQ(SuppliesOfStatus(status, ModelFamily::DWB), one);
+  for (const ModelFamily family : {ModelFamily::Unknown, ModelFamily::RV, ModelFamily::DWB}) {
+    EXPECT_EQ(SuppliesOfStatus(status, family), one);
+  }
   EXPECT_EQ(SuppliesOfStatus(status, ModelFamily::PHT), four);
   EXPECT_EQ(SuppliesOfStatus(status, ModelFamily::PHZ), four);
 }
@@ -69,13 +65,9 @@ TEST(ReadCounterBlock, LargestAndTotal) {
 }
 
 TEST(ReadFirmwareVersion, Table) {
-  struct Row {
-    std::string text;
-    std::string version;
-  };
   const std::string marker = "Main Firmware Version@";
   const std::string longVersion = "V1.2.3.4.5.6.7.8.9.10.11";
-  const Row rows[] = {
+  const std::pair<std::string, std::string> rows[] = {
       {"V1.2;x", "V1.2;x"},  // no marker: all of it
       {"", ""},
       {marker, ""},
@@ -90,22 +82,18 @@ TEST(ReadFirmwareVersion, Table) {
       {std::string(30, 'a') + marker + "V1", ""},
       {marker + marker, marker},
   };
-  for (const Row& row : rows) {
-    EXPECT_EQ(ReadFirmwareVersion(row.text), row.version) << row.text;
-    for (std::size_t length = 0; length < row.text.size(); ++length) ReadFirmwareVersion(row.text.substr(0, length));
+  for (const auto& [text, version] : rows) {
+    EXPECT_EQ(ReadFirmwareVersion(text), version) << text;
+    for (std::size_t length = 0; length < text.size(); ++length) ReadFirmwareVersion(text.substr(0, length));
   }
 }
 
-TEST(TextOfReply, EndsAtTheFirstNul) {
+TEST(USBReply, TextEndsAtTheFirstNulAndLengthIsBigEndian) {
   const std::uint8_t reply[] = {'a', 'b', 0, 'c'};
   EXPECT_EQ(TextOfReply(reply), "ab");
   EXPECT_EQ(TextOfReply(std::span(reply).first(1)), "a");
   EXPECT_EQ(TextOfReply({}), "");
-}
-
-TEST(DocumentLength, BigEndian) {
-  EXPECT_EQ(DocumentLength({9, 9, 9, 9, 9, 9, 9, 9, 9, 9, 9, 9, 0x01, 0x02, 0x03, 0x04}), 0x01020304u);
-  EXPECT_EQ(DocumentLength({0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0xFF, 0xFF, 0xFF, 0xFF}), 0xFFFFFFFFu);
+  EXPECT_EQ(DocumentLength({9, 9, 9, 9, 9, 9, 9, 9, 9, 9, 9, 9, 0xF1, 0x02, 0x03, 0x04}), 0xF1020304u);
 }
 
 }  // namespace

@@ -7,16 +7,7 @@
 namespace zt {
 namespace {
 
-TEST(VirtualZOLTDataProvider, RecordHasNothingToCorrect) {
-  VirtualZOLTDataProvider provider(L"Queue");
-  ZOLTInformation record;
-  ASSERT_TRUE(provider.CollectZOLT(record));
-  std::string messages;
-  ZOLTInformation::ValidateXml(record.BuildXml(), messages);
-  EXPECT_EQ(messages, "/info:is not RQD");
-}
-
-TEST(VirtualZOLTDataProvider, RecordIsThatOfTheSerialNumber) {
+TEST(VirtualZOLTDataProvider, RecordIsThatOfThePrinterAndHasNothingToCorrect) {
   VirtualZOLTDataProvider provider(L"Queue");
   std::string serialNumber;
   std::string model;
@@ -24,6 +15,9 @@ TEST(VirtualZOLTDataProvider, RecordIsThatOfTheSerialNumber) {
   ASSERT_TRUE(provider.GetSerialNumber(serialNumber) && provider.GetModelName(model) && provider.CollectZOLT(record));
   EXPECT_EQ(record.DeviceValues().at("GeneralSerialNumber"), serialNumber);
   EXPECT_EQ(record.DeviceValues().at("MDL"), model);
+  std::string messages;
+  ZOLTInformation::ValidateXml(record.BuildXml(), messages);
+  EXPECT_EQ(messages, "/info:is not RQD");
 }
 
 }  // namespace
