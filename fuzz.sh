@@ -6,6 +6,7 @@ set -euo pipefail
 cd "$(dirname "$0")"
 export seconds=${1:-60}
 
+tools/install-packages.sh
 cmake -G Ninja -S tests/fuzz -B build/fuzz -DCMAKE_BUILD_TYPE=RelWithDebInfo -DCMAKE_CXX_COMPILER=clang++ >/dev/null
 cmake --build build/fuzz >/dev/null
 mkdir -p build/fuzz/found

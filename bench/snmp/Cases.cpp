@@ -37,11 +37,11 @@ void require(bool holds, const char* what) {
   std::abort();
 }
 
-/// The answer of an agent: numbers, or with `text` 20 bytes each.
-Message answerOf(int count, bool text) {
+/// The answer of an agent: numbers, or with `text` 20 bytes each, of so many names from the first.
+Message answerOf(int count, bool text, int first = 0) {
   ReqRespPDU pdu;
   for (int i = 0; i < count; ++i) {
-    VarBind binding{OID(kNames[static_cast<std::size_t>(i)])};
+    VarBind binding{OID(kNames[static_cast<std::size_t>(first + i)])};
     if (text) {
       binding.setValue(OctetString("twenty bytes of text", 20));
     } else {
@@ -82,6 +82,18 @@ std::function<void()> oursDecode(int count, bool text) {
     require(MessageCodec::decodePacket(message, *pdu) == 0, "ours decodes");
   };
 }
+
+/// As in a walk: each answer brings another name than the one before.
+std::function<void()> oursDecodeNext() {
+  auto pdu = std::make_shared<ReqRespPDU>();
+  pdu->addVarBind(VarBind{OID(kNames[1])});
+  return [pdu, messages = std::array{answerOf(1, false, 0), answerOf(1, false, 1)}, next = 0U]() mutable {
+    pdu->getVarBind(0).setValue(Null());
+    require(MessageCodec::decodePacket(messages[next++ % 2], *pdu) == 0, "ours decodes the next");
+  };
+}
+
+void oursMakeName() { require(*OID(kNames[0]).getValue() != '\0', "ours makes a name"); }
 
 // ---- net-snmp
 
@@ -125,6 +137,12 @@ std::function<void()> netsnmpDecode(int count, bool text) {
     require(rest != nullptr && snmp_pdu_parse(pdu, rest, &length) == 0, "net-snmp decodes");
     snmp_free_pdu(pdu);
   };
+}
+
+void netsnmpMakeName() {
+  oid name[MAX_OID_LEN];
+  std::size_t length = MAX_OID_LEN;
+  require(read_objid(kNames[0], name, &length) != 0, "net-snmp makes a name");
 }
 
 // ---- the floor
@@ -216,8 +234,10 @@ void netsnmpWalk() {
   for (int i = 0; i < kWalkRows; ++i) session.ask(SNMP_MSG_GETNEXT, name, length);
 }
 
-/// One exchange with nothing but what an operation has to do: look up addresses, socket, bind, send, wait, receive,
-/// close. The request changes with each round, as in a walk.
+/// One exchange with nothing but what an operation has to do, as it makes and closes its own sockets: the two look-ups
+/// (this machine's addresses, the agent's), socket, bind, send, wait, receive, close. What the library must do besides
+/// is not here: non-blocking mode, the broadcast option, the wait before sending, the sender's address as text. The
+/// request changes with each round, as in a walk.
 void floorExchange(const char* askedName, std::uint8_t pduTag, char* answeredName) {
   ifaddrs* interfaces = nullptr;
   require(getifaddrs(&interfaces) == 0, "the floor lists");
@@ -280,6 +300,11 @@ std::vector<Case> codecCases() {
     cases.push_back({row.what, "netsnmp", netsnmpDecode(row.count, row.text)});
     cases.push_back({row.what, "floor", floorDecodeCase(row.count, row.text)});
   }
+  // What the rows above leave out. Neither of them concerns net-snmp's decoder or the floor: one keeps every name that
+  // comes in, the other has no names to keep.
+  cases.push_back({"decode an integer, new name", "ours", oursDecodeNext()});
+  cases.push_back({"make a name of its text", "ours", oursMakeName});
+  cases.push_back({"make a name of its text", "netsnmp", netsnmpMakeName});
   return cases;
 }
 

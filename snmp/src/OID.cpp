@@ -1,5 +1,6 @@
 #include "ztsnmp/OID.h"
 
+#include <cstddef>
 #include <new>
 #include <utility>
 
@@ -7,7 +8,7 @@
 
 namespace {
 
-constexpr std::size_t kMaxTextLength = 255;
+constexpr std::ptrdiff_t kMaxTextLength = 255;
 
 bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
@@ -17,7 +18,7 @@ OID::OID(const char* text) noexcept { setValue(text); }
 
 EnumDataType OID::getDataType() const noexcept { return DataTypeOID; }
 const char* OID::toString() const noexcept { return text_.c_str(); }
-int OID::isValid() const noexcept { return isValidValue(text_.c_str()); }
+int OID::isValid() const noexcept { return StatusSuccess; }
 
 int OID::setValue(const char* text) noexcept try {
   if (const int status = isValidValue(text); status != StatusSuccess) return status;
@@ -31,13 +32,12 @@ int OID::setValue(const char* text) noexcept try {
 
 int OID::isValidValue(const char* text) noexcept {
   if (text == nullptr) return StatusInvalidOID;
-  bool digitExpected = *text != '\0';  // The empty text is valid, on purpose: it is the name of a fresh binding.
-  std::size_t length = 0;
-  for (; text[length] != '\0'; ++length) {
-    if (length == kMaxTextLength) return StatusInvalidOID;
-    const bool digit = isDigit(text[length]);
-    if (!digit && (digitExpected || text[length] != '.')) return StatusInvalidOID;
-    digitExpected = !digit;
+  if (*text == '\0') return StatusSuccess;  // on purpose: it is the name of a fresh binding
+  const char* end = text;
+  for (;; ++end) {
+    if (!isDigit(*end)) return StatusInvalidOID;
+    while (isDigit(*end)) ++end;
+    if (*end != '.') break;
   }
-  return digitExpected ? StatusInvalidOID : StatusSuccess;
+  return *end == '\0' && end - text <= kMaxTextLength ? StatusSuccess : StatusInvalidOID;
 }

@@ -3,10 +3,24 @@
 
 #include <algorithm>
 #include <array>
+#include <vector>
 
 #include "MessageCodec.h"
 #include "Require.h"
 #include "ztsnmp/ztsnmp.h"
+
+namespace {
+
+std::vector<std::uint8_t> requestOf(ReqRespPDU& pdu) {
+  ztsnmp::MessageCodec::setHeader(pdu, PDUGetNextRequest, 0);
+  std::vector<std::uint8_t> out(ztsnmp::MessageCodec::kMaxMessage);
+  const int length = ztsnmp::MessageCodec::encodePacket(pdu, "", out);
+  require(length > 0, "eight names fit a message");
+  out.resize(static_cast<std::size_t>(length));
+  return out;
+}
+
+}  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   if (size < 2) return 0;
@@ -34,5 +48,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     require(binding.isValid() == 0, "names and values are valid, whatever was read");
     require(binding.getValue().toString() != nullptr, "each value has a text");
   }
+
+  // What goes out for a name that was read is what goes out for its text.
+  ReqRespPDU again;
+  for (int i = 0; i < count; ++i) {
+    again.addVarBind(VarBind{OID(pdu.getVarBind(static_cast<unsigned>(i)).getOID().getValue())});
+  }
+  require(requestOf(pdu) == requestOf(again), "a name is sent as its text says");
   return 0;
 }

@@ -16,7 +16,7 @@ class ZTSNMP_API OID : public SNMPDataType {
 
   [[nodiscard]] EnumDataType getDataType() const noexcept override;
   [[nodiscard]] const char* toString() const noexcept override;  ///< the dotted text
-  [[nodiscard]] int isValid() const noexcept override;
+  [[nodiscard]] int isValid() const noexcept override;           ///< always 0: other texts are never held
 
   /// setValue takes the empty text, or at most 255 characters of decimal numbers joined by single dots (no dot in
   /// front or at the end); all else, null included, is refused with -7. The size of the numbers is not checked here:
