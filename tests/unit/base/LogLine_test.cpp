@@ -9,7 +9,6 @@ namespace {
 
 TEST(LogLine, PrefixHasDateTicksAndThread) {
   const LogMoment moment{3, 14, 9, 5, 5234007};
-  EXPECT_EQ(LogPrefix(moment, 1432), "03-14 09:05\t5234.007\t1432");
   EXPECT_EQ(LogPrefix(moment, 7), "03-14 09:05\t5234.007\t0007");
   EXPECT_EQ(LogPrefix(moment, 123456), "03-14 09:05\t5234.007\t123456");
   // Without thread ID the malformed tick field is kept.
@@ -31,24 +30,18 @@ TEST(LogLine, BodyNamesTheModule) {
       {"", ",217\t4\tx"},
   };
   for (const auto& row : rows) EXPECT_EQ(LogBody(Severity::Information, row.source, 217, "x"), row.body);
-}
-
-TEST(LogLine, AMessageCannotStartALineOfItsOwn) {
+  // A message cannot start a line of its own.
   EXPECT_EQ(LogBody(Severity::Error, "a.cpp", 1, "serial\r\n03-14 09:05\t1.000\t0001\tb,1\t2\tforged\n"),
             "a,1\t2\tserial  03-14 09:05\t1.000\t0001\tb,1\t2\tforged ");
 }
 
 TEST(TraceLevel, UnwantedTextIsNotEvenBuilt) {
   traceLevel = 3;
-  bool built = false;
-  const auto text = [&] {
-    built = true;
-    return "text";
-  };
-  ZT_TRACE(Information, text());
-  EXPECT_FALSE(built);
-  ZT_TRACE(Warning, text());
-  EXPECT_TRUE(built);
+  int built = 0;
+  ZT_TRACE(Information, ++built);
+  EXPECT_EQ(built, 0);
+  ZT_TRACE(Warning, ++built);
+  EXPECT_EQ(built, 1);
   traceLevel = 0;
 }
 

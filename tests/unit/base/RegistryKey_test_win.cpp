@@ -7,13 +7,6 @@ namespace {
 
 constexpr wchar_t path[] = L"SOFTWARE\\Tressil\\Test";
 
-void Store(DWORD type, const void* data, DWORD bytes) {
-  HKEY key = nullptr;
-  RegCreateKeyExW(HKEY_LOCAL_MACHINE, path, 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &key, nullptr);
-  const RegistryHandle owner(key);
-  RegSetValueExW(key, L"v", 0, type, static_cast<const BYTE*>(data), bytes);
-}
-
 TEST(RegistryKey, MissingKeyAnswersNothing) {
   RegistryKey key = RegistryKey::Open(L"SOFTWARE\\Tressil\\Absent", KEY_READ);
   EXPECT_FALSE(key);
@@ -43,8 +36,8 @@ TEST(RegistryKey, StoredValuesAreHostileUntilChecked) {
       {REG_MULTI_SZ, L"a\0", 6, std::nullopt, std::nullopt},
   };
   for (const auto& row : rows) {
-    Store(row.type, row.data, row.bytes);
-    const RegistryKey key = RegistryKey::Open(path, KEY_READ);
+    RegistryKey key = RegistryKey::OpenOrCreate(path, KEY_READ | KEY_SET_VALUE);
+    RegSetKeyValueW(HKEY_LOCAL_MACHINE, path, L"v", row.type, row.data, row.bytes);
     EXPECT_EQ(key.ReadDword(L"v"), row.number) << row.type << " " << row.bytes;
     EXPECT_EQ(key.ReadString(L"v"), row.text) << row.type << " " << row.bytes;
   }
