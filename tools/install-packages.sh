@@ -9,8 +9,8 @@ packages=(
   git g++ clang-format g++-mingw-w64-x86-64-posix cmake ninja-build libtinyxml2-dev googletest dpkg-dev ca-certificates
   # the simulated world
   wine wine64 snmpd snmp python3 openssl iproute2 util-linux xvfb xdotool x11-utils imagemagick
-  # what judges it: an independent decoder, and the fuzzers
-  tshark clang libclang-rt-14-dev xxd
+  # what judges it: an independent decoder, the fuzzers, and programs that link the SNMP library
+  tshark clang libclang-rt-14-dev xxd pkg-config
   "$@"
 )
 

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""examples_test.py BUILD_DIR [CMAKE_ARGUMENT...]: installs the SNMP library of a build tree into an empty folder, builds
-examples/ against nothing but that, in each form of the library, and runs the programs beside a real agent."""
+"""examples_test.py BUILD_DIR COMPILER NM [CMAKE_ARGUMENT...]: installs the SNMP library of a build tree into an empty
+folder, builds examples/ against nothing but that, in each form of the library, and runs them beside a real agent."""
 
 import os
 import pathlib
@@ -21,19 +21,22 @@ SUPPLIES = """SUPPLY                              LEVEL       OF     LEFT
 black toner                          2920     4000      73%
 waste box                              -3       -2     some"""
 
+GET = (["get", "127.0.0.1", "1.3.6.1.2.1.1.1.0", "1.3.6.1.4.1.53017.99.1.5.0"], 0,
+       "1.3.6.1.2.1.1.1.0 = simulated printer\n1.3.6.1.4.1.53017.99.1.5.0 = 8640000")
 RUNS = [
-    (["get", "127.0.0.1", "1.3.6.1.2.1.1.1.0", "1.3.6.1.4.1.53017.99.1.5.0"], 0,
-     "1.3.6.1.2.1.1.1.0 = simulated printer\n1.3.6.1.4.1.53017.99.1.5.0 = 8640000"),
+    GET,
     (["get", "127.0.0.1", "1.3.9"], 1, ""),
     (["walk", "127.0.0.1", "1.3.6.1.4.1.53017.99.2"], 0, WALK),
     (["supplies", "127.0.0.1"], 0, SUPPLIES),
 ]
 
 
-def run(*command):
-    done = subprocess.run([str(part) for part in command], stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True)
+def run(*command, **options):
+    done = subprocess.run([str(part) for part in command], stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True,
+                          **options)
     if done.returncode != 0:
         sys.exit(f"{' '.join(map(str, command))}\n{done.stdout}")
+    return done.stdout
 
 
 def run_example(folder, arguments):
@@ -45,18 +48,12 @@ def run_example(folder, arguments):
                           capture_output=True, text=True)
 
 
-def check_form(form, prefix, work, cmake_arguments):
-    build = work / form
-    run("cmake", "-G", "Ninja", "-S", ROOT / "examples", "-B", build, f"-Dztsnmp_DIR={prefix}/lib/cmake/ztsnmp",
-        f"-DEXAMPLES_LIBRARY=ztsnmp::{form}", "-DCMAKE_BUILD_TYPE=Release", *cmake_arguments)
-    run("cmake", "--build", build)
-    if form == "agent":
-        return 0  # Linked, and no more: a program cannot run code of another EXE, see examples/README.md.
+def failures_of(runs, form, folder, prefix):
     for library in (prefix / "bin").glob("*.dll"):  # where Windows looks first
-        shutil.copy(library, build)
+        shutil.copy(library, folder)
     failures = 0
-    for arguments, status, output in RUNS:
-        done = run_example(build, arguments)
+    for arguments, status, output in runs:
+        done = run_example(folder, arguments)
         lines = "\n".join(line.rstrip() for line in done.stdout.splitlines())
         good = (done.returncode, lines) == (status, output)
         print(f"{'passed' if good else 'FAILED'}: {' '.join(arguments)} ({form})")
@@ -66,16 +63,49 @@ def check_form(form, prefix, work, cmake_arguments):
     return failures
 
 
+def build_with_cmake(form, prefix, work, cmake_arguments):
+    folder = work / form
+    run("cmake", "-G", "Ninja", "-S", ROOT / "examples", "-B", folder, f"-Dztsnmp_DIR={prefix}/lib/cmake/ztsnmp",
+        f"-DEXAMPLES_LIBRARY=ztsnmp::{form}", "-DCMAKE_BUILD_TYPE=Release", *cmake_arguments)
+    run("cmake", "--build", folder)
+    return folder
+
+
+def build_with_pkg_config(package, prefix, work, compiler, flags):
+    folder = work / f"pkg-config-{package}"
+    folder.mkdir()
+    words = run("pkg-config", "--cflags", "--libs", package, env={
+        **os.environ, "PKG_CONFIG_PATH": f"{prefix}/lib/pkgconfig"}).split()
+    program = folder / ("get.exe" if "mingw" in compiler else "get")
+    run(compiler, "-std=c++20", ROOT / "examples/get.cpp", "-o", program, *words, *flags, f"-Wl,-rpath,{prefix}/lib")
+    return folder
+
+
+def exports_of(library, nm):
+    return {line.split()[-1] for line in run(nm, library).splitlines() if " T " in line}
+
+
 def main():
-    build_tree, cmake_arguments = pathlib.Path(sys.argv[1]), sys.argv[2:]
-    with tempfile.TemporaryDirectory() as folder:
-        work = pathlib.Path(folder)
+    build_tree, compiler, nm, cmake_arguments = pathlib.Path(sys.argv[1]), sys.argv[2], sys.argv[3], sys.argv[4:]
+    flags = [flag for argument in cmake_arguments if "_FLAGS=" in argument for flag in argument.split("=", 1)[1].split()]
+    failures = 0
+    with tempfile.TemporaryDirectory() as temporary:
+        work = pathlib.Path(temporary)
         prefix = work / "installed"
         run("cmake", "--install", build_tree, "--prefix", prefix)
-        forms = ["ztsnmp", "static"]
-        if any((prefix / "lib").glob("*ZT*.a")):
-            forms.append("agent")
-        sys.exit(1 if sum([check_form(form, prefix, work, cmake_arguments) for form in forms]) else 0)
+        for form in ("ztsnmp", "static"):
+            failures += failures_of(RUNS, form, build_with_cmake(form, prefix, work, cmake_arguments), prefix)
+        for package in ("ztsnmp", "ztsnmp-static"):
+            folder = build_with_pkg_config(package, prefix, work, compiler, flags)
+            failures += failures_of([GET], f"pkg-config {package}", folder, prefix)
+        if (prefix / "bin/ZT.exe").exists():
+            # Linked, and no more: a program cannot run code of another EXE, see examples/README.md.
+            build_with_cmake("agent", prefix, work, cmake_arguments)
+            missing = exports_of(prefix / "lib/libztsnmp.dll.a", nm) - exports_of(prefix / "lib/libZT.dll.a", nm)
+            if missing:
+                print("FAILED: ZT.exe does not export", *sorted(missing))
+                failures += 1
+    sys.exit(1 if failures else 0)
 
 
 main()
