@@ -1,9 +1,10 @@
 """Reports of printers at USB ports: each way through the device, and each way in which it fails."""
 
+import re
 import sys
 import unittest
 
-from office import SIM, OfficeTestCase, queue_script
+from office import HERE, SIM, OfficeTestCase, Result, queue_script
 
 sys.path.insert(0, str(SIM / "usb"))
 
@@ -14,6 +15,7 @@ SECOND = "VID_1A2B&PID_0001#SN0002"
 HIDDEN = "VID_1A2B&PID_0001#SN0003"
 KLPMON = BUILD / "sim" / "usb" / "klpmon.dll"
 
+COLOUR_COUNT = "<DevTotalColorCount>30</DevTotalColorCount>"
 TONER = (
     "<Toner><Color>K</Color><Level>40</Level><AverageAreaCoverage>5</AverageAreaCoverage><VendorName>Velnora</VendorName>"
     "<ModelID>T1</ModelID><SupplierID>VLN</SupplierID><SerialNumber>TS1</SerialNumber>"
@@ -21,7 +23,7 @@ TONER = (
 )
 DOCUMENT = (
     "<root><ZOLT><SystemInstalledDate>2024-01-02</SystemInstalledDate><Count>"
-    "<DevTotalMonoCount>700</DevTotalMonoCount><DevTotalColorCount>30</DevTotalColorCount></Count>"
+    f"<DevTotalMonoCount>700</DevTotalMonoCount>{COLOUR_COUNT}</Count>"
     f"<Supplies>{TONER}</Supplies></ZOLT></root>"
 ).encode()
 
@@ -63,6 +65,7 @@ class UsbTestCase(OfficeTestCase):
 
     def forget_usb(self) -> None:
         self.forget()
+        self.server.requests.clear()
         self.usb.script(self.PRINTERS)
         self.usb.document(DOCUMENT)
         self.usb.forget()
@@ -73,14 +76,14 @@ class UsbTestCase(OfficeTestCase):
         self.assertEqual(len(posted), 1)
         return posted[0]
 
-    def run_and_close(self):
+    def run_and_close(self) -> Result:
         """A run after which the printer is closed as often as it was opened."""
         result = self.run_agent()
         asked = [line.split(" ", 1)[1] for line in self.usb.transcript]
         self.assertEqual(asked.count("open"), asked.count("close"))
         return result
 
-    def assert_failed(self, codes: str) -> None:
+    def assert_failed(self, codes: str) -> Result:
         """A run that collects nothing, and says so by these codes."""
         result = self.run_and_close()
         self.assertEqual(
@@ -91,38 +94,31 @@ class UsbTestCase(OfficeTestCase):
             ],
         )
         self.assertEqual(list(self.settings()["History"]), [f"LastCollectFailedTime_{device_path(FIRST)}"])
+        return result
 
 
 class ReportTest(UsbTestCase):
-    def test_printer_without_rds(self):
-        result = self.run_and_close()
-        self.assertEqual(result.log_texts[-1], "4 send sucessfully...")
-        self.assertIn(f"4 collecting from {device_path(FIRST)}", result.log_texts)
-        report = self.report()
-        for element in (
-            "<MDL>Velnora RV-2160</MDL>",
-            "<ProductType>RV</ProductType>",
-            "<GeneralSerialNumber>SN0001</GeneralSerialNumber>",
-            "<SystemFirmwareVersion>V1.00.00.12.34.56.78.90</SystemFirmwareVersion>",
-            "<CountryIndex>12</CountryIndex>",
-            "<DevTotalColorCount>30</DevTotalColorCount>",
-            "<DevTotalMonoCount>700</DevTotalMonoCount>",
-            "<ModelID>T1</ModelID>",
+    def test_each_kind_of_printer(self):
+        extended = "E0 01 00 = pad 255 text CMD:"
+        for name, script, golden, mono in (
+            ("colour", section(), "usb.xml", False),
+            ("mono", section(), "usb.xml", True),
+            ("extended", section(FIRST, 1, "PJL,EXT", extended + "ZOLT,FWV,CI_12;"), "usb.xml", False),
+            ("rds", section(FIRST, 1, "ZOLT,FWV,RDS"), "usb-rds.xml", False),
+            ("rds, mono, extended", section(FIRST, 1, "PJL,EXT", extended + "ZOLT,FWV,RDS;"), "usb-rds.xml", True),
         ):
-            self.assertIn(element + "\n", report)
-
-    def test_document_of_the_printer(self):
-        self.usb.script(section(FIRST, 1, "ZOLT,FWV,RDS"))
-        self.run_and_close()
-        report = self.report()
-        self.assertIn("    <ZOLT>\n        <SystemInstalledDate>2024-01-02</SystemInstalledDate>\n", report)
-        self.assertIn("<MDL>Velnora RV-2160</MDL>\n        <GeneralSerialNumber>SN0001</GeneralSerialNumber>\n", report)
-        self.assertNotIn("SystemFirmwareVersion", report)
-
-    def test_extended_device_id(self):
-        self.usb.script(section(FIRST, 1, "PJL,EXT", r"E0 01 00 = pad 255 text CMD:ZOLT,FWV,CI_52;"))
-        self.run_and_close()
-        self.assertIn("<CountryIndex>52</CountryIndex>\n", self.report())
+            with self.subTest(name):
+                self.forget_usb()
+                self.usb.script(script)
+                report = (HERE / "golden" / golden).read_text(encoding="utf-8")
+                if mono:
+                    self.usb.document(DOCUMENT.replace(COLOUR_COUNT.encode(), b""))
+                    report = re.sub(f" *{COLOUR_COUNT}\n", "", report)
+                result = self.run_and_close()
+                self.assertEqual(result.log_texts[-1], "4 send sucessfully...")
+                self.assertIn(f"4 collecting from {device_path(FIRST)}", result.log_texts)
+                self.assertEqual(self.report(), report)
+                self.assert_recorded(LastSendTime_SN0001=None)
 
     def test_sleeping_printer_is_woken(self):
         asleep, awake = "02 00 00 = hex 00 AA AA AA 00 00 00 00", "02 00 00 = hex 00 00 00 00 00 00 00 00"
@@ -141,7 +137,7 @@ class ReportTest(UsbTestCase):
 
 
 class FailureTest(UsbTestCase):
-    def test_broken_exchanges(self):
+    def test_codes(self):
         second_read, second_write = "read = usual\nread = ", "write = usual\nwrite = "
         for script, codes in (
             ("write = cut 15 usual", "/xml error"),
@@ -149,43 +145,43 @@ class FailureTest(UsbTestCase):
             ("read = cut 15 usual", "/xml error"),
             ("read = fail C0000185", "/xml error"),
             ("read = hex 1B 91 00 00 00 00 00 06 00 00 00 01 00 00 00 00", "/xml error"),
-            ("read = hex 1B 91 00 00 00 00 00 06 00 00 00 01 FF FF FF FE", "/xml error"),
+            ("read = hex 1B 91 00 00 00 00 00 06 00 00 00 01 FF FF FF FF", "/xml error"),
             (second_write + "fail", "/xml error"),
             (second_write + "cut 0 usual", "/xml error"),
             (second_read + "cut 10 usual", "/xml error"),
             (second_read + "fail", "/xml error"),
             ("document = text no document", "/xml errorno document"),
             ("document = text <root/>", "/no ZOLT el/no Count el"),
+            ("id = text CMD:ZOLT,FWV;", "/modelname err"),
+            ("id = text MDL:X;CMD:ZOLT;", "/fwv err"),
             ("56 00 00 = fail", "/fwv err"),
         ):
             with self.subTest(script=script):
                 self.forget_usb()
                 self.usb.script(section(FIRST, 1, "ZOLT,FWV", script))
-                self.assert_failed(codes)
+                result = self.assert_failed(codes)
+                self.assertLess(result.seconds, 5)
+                too_long = ["3 usb document too long : 4294967295"] if "FF FF" in script else []
+                self.assertEqual([text for text in result.log_texts if "too long" in text], too_long)
 
     def test_printer_that_stops_answering(self):
-        for script in ("read = hold", "read = usual\nread = hold"):
+        for script in ("write = hold", "read = hold", "write = usual\nwrite = hold", "read = usual\nread = hold"):
             with self.subTest(script=script):
                 self.forget_usb()
                 self.usb.script(section(FIRST, 1, "ZOLT,FWV", script))
-                result = self.run_and_close()
-                self.assertIn("3 failed to collect from Office : /xml error", result.log_texts)
+                result = self.assert_failed("/xml error")
                 self.assertGreater(result.seconds, 7)
                 self.assertLess(result.seconds, 15)
 
-    def test_command_set_without_firmware_version(self):
-        self.usb.script(section(FIRST, 1, "ZOLT"))
-        self.assert_failed("/fwv err")
-
-    def test_printer_without_a_device_id(self):
-        self.usb.script(section(FIRST, 1, "ZOLT", "id = fail"))
-        result = self.run_and_close()
-        self.assert_ends_with(result, "4 can't get device ID", "4 failed to initialize printer", "3 not valid IO. bye~")
-
-    def test_printer_without_a_serial_number(self):
-        self.usb.script(section(FIRST, 1, "ZOLT,FWV", "49 00 01 = fail"))
-        result = self.run_and_close()
-        self.assert_ends_with(result, "2 Serial Number is missing!!!", "3 mandatory info not available! bye~")
+    def test_printer_that_cannot_be_used(self):
+        for script, *texts in (
+            ("id = fail", "4 can't get device ID", "4 failed to initialize printer", "3 not valid IO. bye~"),
+            ("49 00 01 = fail", "2 Serial Number is missing!!!", "3 mandatory info not available! bye~"),
+        ):
+            with self.subTest(script=script):
+                self.forget_usb()
+                self.usb.script(section(FIRST, 1, "ZOLT,FWV", script))
+                self.assert_ends_with(self.run_and_close(), *texts)
 
     def test_jobs_hold_the_exchange_up(self):
         self.connect(jobs="0 0 2")
@@ -227,30 +223,26 @@ class LockTest(UsbTestCase):
 
 
 class UnplugTest(UsbTestCase):
-    """The printer goes away in the middle; each test needs a Windows of its own, since it does not come back."""
+    """The printer goes away in the middle; each row needs a Windows of its own, since it does not come back."""
 
-    def setUp(self) -> None:
-        type(self).setUpClass()
-        super().setUp()
-
-    def unplug(self, *script: str) -> list[str]:
-        self.usb.script(section(FIRST, 1, "ZOLT,FWV", *script))
-        return self.run_and_close().log_texts
-
-    def test_during_the_device_id(self):
-        self.assertEqual(self.unplug("id = unplug")[-1], "3 not valid IO. bye~")
-
-    def test_during_the_serial_number(self):
-        self.assertEqual(self.unplug("49 00 01 = unplug")[-1], "3 mandatory info not available! bye~")
-
-    def test_during_the_exchange(self):
-        self.assertIn("3 failed to collect from Office : /xml error", self.unplug("read = unplug"))
-
-    def test_during_the_document(self):
-        self.assertIn("3 failed to collect from Office : /xml error", self.unplug("read = usual", "read = unplug"))
-
-    def test_after_the_document(self):
-        self.assertIn("3 failed to collect from Office : /fwv err", self.unplug("56 00 00 = unplug"))
+    def test_each_step(self):
+        for script, text in (
+            ("id = unplug", "3 not valid IO. bye~"),
+            ("49 00 01 = unplug", "3 mandatory info not available! bye~"),
+            ("write = unplug", "3 failed to collect from Office : /xml error"),
+            ("read = unplug", "3 failed to collect from Office : /xml error"),
+            ("write = usual\nwrite = unplug", "3 failed to collect from Office : /xml error"),
+            ("read = usual\nread = unplug", "3 failed to collect from Office : /xml error"),
+            ("56 00 00 = unplug", "3 failed to collect from Office : /fwv err"),
+        ):
+            with self.subTest(script):
+                type(self).setUpClass()
+                self.connect()
+                self.forget_usb()
+                self.usb.script(section(FIRST, 1, "ZOLT,FWV", script))
+                result = self.run_and_close()
+                self.assertIn(text, result.log_texts)
+                self.assertLess(result.seconds, 15)
 
 
 class PortTest(UsbTestCase):
