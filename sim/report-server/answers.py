@@ -1,6 +1,7 @@
 """The answers that a report server may give: the usual documents, and what goes wrong on the way."""
 
 import itertools
+import threading
 import time
 import xml.etree.ElementTree as ElementTree
 from collections.abc import Iterable
@@ -108,6 +109,34 @@ def trickling(answer, pause):
 def raw(data):
     """Any bytes at all in place of an HTTP answer."""
     return Answer(data, status=None)
+
+
+class Gate:
+    """An answer that is held back until somebody opens the gate.
+
+        gate = Gate(upload())
+        server.answer("Connector.aspx", gate.answer)
+        run = world.start("-QName", "Office")
+        gate.wait_for_visitor()
+        gate.open()
+    """
+
+    def __init__(self, answer):
+        self._content = answer.content()
+        self._reached, self._opened = threading.Event(), threading.Event()
+        self.answer = Answer(self)
+
+    def __iter__(self):
+        self._reached.set()
+        self._opened.wait(60)
+        yield self._content
+
+    def wait_for_visitor(self):
+        if not self._reached.wait(30):
+            raise AssertionError("nobody came to ask")
+
+    def open(self):
+        self._opened.set()
 
 
 class _Trickle:

@@ -8,9 +8,7 @@ Start the tests of a file through sim/in-namespace, in this folder:
 
 import subprocess
 import sys
-import threading
 import unittest
-from collections.abc import Iterator
 from pathlib import Path
 
 HERE = Path(__file__).resolve().parent
@@ -20,9 +18,11 @@ sys.path[:0] = [str(folder) for folder in (SIM, SIM / "snmp-agent", SIM / "repor
 
 import answers  # noqa: E402
 import misbehaviour as rule  # noqa: E402, F401
+from answers import Gate  # noqa: E402, F401
 from hostile import HostileAgent  # noqa: E402
 from report_server import ReportServer  # noqa: E402
 from snmp_agent import start_agent  # noqa: E402
+from ztsim.holder import Holder  # noqa: E402
 from ztsim.prefix import reg_text  # noqa: E402
 from ztsim.world import BUILD, FLAGS, LOGGER, Result, Run, World  # noqa: E402
 
@@ -31,7 +31,6 @@ DRIVER = "Velnora RV-2160 PCL"
 PRINTER = "127.0.0.1"
 SERVER_PORT = 8080
 SERVER_URL = f"http://127.0.0.1:{SERVER_PORT}/web/"
-HOLD = BUILD / "tests" / "e2e" / "zt-hold.exe"
 
 
 def queue_script(
@@ -130,8 +129,8 @@ class OfficeTestCase(unittest.TestCase):
         """The report server that the usual URL leads to, until the end of the test."""
         return self.enterContext(ReportServer(**({"port": SERVER_PORT} | options)))
 
-    def hold(self, what: str, name: str) -> "Holder":
-        """Another program of the same Windows that has something: see hold/Hold_win.cpp."""
+    def hold(self, what: str, name: str) -> Holder:
+        """Another program of the same Windows that has something, until the end of the test."""
         return self.enterContext(Holder(self.world, what, name))
 
     # Runs
@@ -187,60 +186,3 @@ class OfficeTestCase(unittest.TestCase):
         self.assertEqual(result.log_texts[-len(texts) :], list(texts))
         self.assertIn("ZOLT - start", result.debug)
         self.assertEqual("ZOLT - end" in result.debug, marker)
-
-
-class Holder:
-    """Another program that holds a file or a named object, within a with block."""
-
-    def __init__(self, world: World, what: str, name: str):
-        world.install(HOLD)
-        world.start_windows()
-        # The one line that comes is read from a pipe; nobody waits for the pipe's end.
-        self._process = subprocess.Popen(
-            ["wine", r"C:\agent\zt-hold.exe", what, name],
-            env=world.environment() | {"WINEDEBUG": "-all"},
-            stdin=subprocess.PIPE,
-            stdout=subprocess.PIPE,
-            stderr=subprocess.DEVNULL,
-        )
-        if self._process.stdout.readline().strip() != b"held":
-            raise AssertionError(f"cannot hold {what} {name}")
-
-    def release(self) -> None:
-        self._process.stdin.close()
-        self._process.wait()
-
-    def __enter__(self) -> "Holder":
-        return self
-
-    def __exit__(self, *_: object) -> None:
-        self.release()
-        self._process.stdout.close()
-
-
-class Gate:
-    """An answer of the report server that is held back until somebody opens the gate.
-
-        gate = Gate(answers.upload())
-        server.answer("Connector.aspx", gate.answer)
-        run = self.start_agent()
-        gate.wait_for_visitor()
-        gate.open()
-    """
-
-    def __init__(self, answer: answers.Answer):
-        self._content = answer.content()
-        self._reached, self._opened = threading.Event(), threading.Event()
-        self.answer = answers.Answer(self)
-
-    def __iter__(self) -> Iterator[bytes]:
-        self._reached.set()
-        self._opened.wait(60)
-        yield self._content
-
-    def wait_for_visitor(self) -> None:
-        if not self._reached.wait(30):
-            raise AssertionError("nobody came to ask")
-
-    def open(self) -> None:
-        self._opened.set()

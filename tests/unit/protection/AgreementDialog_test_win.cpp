@@ -37,25 +37,14 @@ TEST(AgreementDialogTest, OnlyTheLibraryOfTheProgramsFolderIsAsked) {
   EXPECT_EQ(ShowAgreementDialog(L"Queue", L"1", true), Agreement::DisagreedUnreported)
       << "the library of the current folder was asked";
 
-  struct Row {
-    const wchar_t* language;
-    bool countryIs52;
-    Agreement agreement;
-  };
-  constexpr Row rows[] = {
-      {L"1", true, Agreement::Agreed},
-      {L"2", true, Agreement::Disagreed},
-      {L"3", true, Agreement::DisagreedUnreported},
-      {L"0", true, Agreement::DisagreedUnreported},
-      {L"4", true, Agreement::DisagreedUnreported},
-      {L"-1", true, Agreement::DisagreedUnreported},
-      {L"1", false, Agreement::Disagreed},  // the library answers one more
-  };
   std::filesystem::copy_file(answers, library);
-  for (const Row& row : rows) {
-    EXPECT_EQ(ShowAgreementDialog(L"Queue", row.language, row.countryIs52), row.agreement);
-    EXPECT_EQ(GetModuleHandleW(L"UA.dll"), nullptr) << "the library is unloaded";
+  EXPECT_EQ(ShowAgreementDialog(L"Queue", L"1", true), Agreement::Agreed);
+  EXPECT_EQ(ShowAgreementDialog(L"Queue", L"2", true), Agreement::Disagreed);
+  EXPECT_EQ(ShowAgreementDialog(L"Queue", L"1", false), Agreement::Disagreed) << "the library answers one more";
+  for (const wchar_t* unreported : {L"3", L"0", L"4", L"-1"}) {
+    EXPECT_EQ(ShowAgreementDialog(L"Queue", unreported, true), Agreement::DisagreedUnreported);
   }
+  EXPECT_EQ(GetModuleHandleW(L"UA.dll"), nullptr) << "the library is unloaded";
   EXPECT_EQ(ShowAgreementDialog(L"Other", L"1", true), Agreement::DisagreedUnreported);
 
   std::filesystem::remove(library);
