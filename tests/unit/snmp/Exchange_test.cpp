@@ -52,65 +52,48 @@ class ScriptedTransport : public CommInterface {
   int seconds_ = -1;
 };
 
-const Bytes kGood = fromHex("30 17 02 01 00 04 00 A2 10 02 01 00 02 01 00 02 01 00 30 05 30 03 06 01 2B");
+const Bytes kShort = fromHex("30 17 02 01 00 04 00 A2 10 02 01 00 02 01 00 02 01 00 30 05 30 03 06 01 2B");
 const Bytes kAnswer = fromHex("30 1B 02 01 00 04 00 A2 14 02 01 00 02 01 00 02 01 00 30 09 30 07 06 02 2B 06 02 01 05");
 const Bytes kNoSuchName =
     fromHex("30 1A 02 01 00 04 00 A2 13 02 01 00 02 01 02 02 01 01 30 08 30 06 06 02 2B 06 05 00");
 
-class ExchangeTest : public testing::Test {
- protected:
-  ExchangeTest() {
-    target.setIPAddress(IPAddress("10.0.0.1"));
+constexpr const char* kBothAddresses = "10.0.0.1 wait(2,3) fe80::1 wait(2,3) ";
+
+TEST(Exchange, AsksAddressAfterAddress) {
+  const struct {
+    int mode;
+    int initializeStatus;
+    int transmitStatus;
+    std::deque<Bytes> answers;
+    bool good;
+    const char* log;
+  } rows[] = {
+      {2, 0, 0, {kAnswer}, true, "10.0.0.1 wait(2,3) "},
+      // Silence, an agent's error and a malformed answer do not end it, ...
+      {2, 0, 0, {{}, kAnswer}, true, kBothAddresses},
+      {2, 0, 0, {kNoSuchName, kAnswer}, true, kBothAddresses},
+      {2, 0, 0, {kShort, kAnswer}, true, kBothAddresses},
+      {2, 0, 0, {{}, {}}, false, kBothAddresses},
+      // ... what was not sent is not waited for, and without sockets nothing is sent.
+      {2, 0, StatusTransmitSendError, {}, false, "10.0.0.1 fe80::1 "},
+      {2, StatusInitializationError, 0, {}, false, ""},
+      {1, 0, 0, {kAnswer}, true, "target wait(2,3) "},  // another transport gets the whole target
+  };
+  for (const auto& row : rows) {
+    Target target(IPAddress("10.0.0.1"));
     target.setIPv6Address(IPv6Address("fe80::1"));
     target.setRetryCount(2);
+    ReqRespPDU pdu;
     pdu.addVarBind(VarBind{OID("1.3.6")});
+    ScriptedTransport transport;
+    transport.mode = row.mode;
+    transport.initializeStatus = row.initializeStatus;
+    transport.transmitStatus = row.transmitStatus;
+    transport.answers = row.answers;
+    EXPECT_EQ(ztsnmp::exchange(transport, target, kAnswer, pdu), row.good) << row.log;
+    EXPECT_EQ(transport.log, row.log);
+    EXPECT_STREQ(pdu.getVarBind(0).getValue().toString(), row.good ? "5" : "") << row.log;
   }
-  bool run() { return ztsnmp::exchange(transport, target, kAnswer, pdu); }
-
-  ScriptedTransport transport;
-  Target target;
-  ReqRespPDU pdu;
-};
-
-TEST_F(ExchangeTest, StopsAtTheFirstGoodAnswer) {
-  transport.answers = {kAnswer};
-  EXPECT_TRUE(run());
-  EXPECT_EQ(transport.log, "10.0.0.1 wait(2,3) ");
-  EXPECT_STREQ(pdu.getVarBind(0).getValue().toString(), "5");
-}
-
-TEST_F(ExchangeTest, GoesOnToTheNextAddressAfterSilenceAndBadAnswers) {
-  for (const Bytes& bad : {Bytes{}, kNoSuchName, kGood}) {
-    transport.log.clear();
-    transport.answers = {bad, kAnswer};
-    EXPECT_TRUE(run());
-    EXPECT_EQ(transport.log, "10.0.0.1 wait(2,3) fe80::1 wait(2,3) ");
-  }
-}
-
-TEST_F(ExchangeTest, FailsWhenAllAddressesAreSilent) {
-  transport.answers = {{}, {}};
-  EXPECT_FALSE(run());
-  EXPECT_TRUE(transport.answers.empty());
-}
-
-TEST_F(ExchangeTest, DoesNotWaitAfterAFailedSend) {
-  transport.transmitStatus = StatusTransmitSendError;
-  EXPECT_FALSE(run());
-  EXPECT_EQ(transport.log, "10.0.0.1 fe80::1 ");
-}
-
-TEST_F(ExchangeTest, SendsNothingWithoutInitialization) {
-  transport.initializeStatus = StatusInitializationError;
-  EXPECT_FALSE(run());
-  EXPECT_EQ(transport.log, "");
-}
-
-TEST_F(ExchangeTest, HandsTheWholeTargetToOtherTransports) {
-  transport.mode = 1;
-  transport.answers = {kAnswer};
-  EXPECT_TRUE(run());
-  EXPECT_EQ(transport.log, "target wait(2,3) ");
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 using Bytes = std::vector<std::uint8_t>;
@@ -21,6 +22,12 @@ inline Bytes fromHex(std::string_view text) {
     digits.clear();
   }
   return bytes;
+}
+
+/// parted splits a row "left = right".
+inline std::pair<std::string, std::string> parted(std::string_view row) {
+  const auto middle = row.find(" = ");
+  return {std::string(row.substr(0, middle)), std::string(row.substr(middle + 3))};
 }
 
 inline std::string toHex(std::span<const std::uint8_t> bytes) {
