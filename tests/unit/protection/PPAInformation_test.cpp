@@ -111,6 +111,8 @@ TEST(PPAInformationTest, ReportsWhatItCannotRead) {
     EXPECT_EQ(record.ReadCountsAndSupplies(row.document, toners), row.toners.empty()) << row.document;
     EXPECT_EQ(device, row.device) << row.document;
     EXPECT_EQ(toners, row.toners) << row.document;
+    const bool hasToner = row.document.starts_with("<?xml") && !row.toners.ends_with("tcolor");
+    EXPECT_EQ(record.Toners().size(), hasToner ? 1u : 0u) << row.document;
   }
 }
 
