@@ -1,4 +1,5 @@
-// A real SNMP agent, started by agent/with_snmpd.py, which also compares the PACKET lines with what was on the wire.
+// A real SNMP agent, started by sim/snmp-agent/with_snmpd.py, which also compares the PACKET lines with what was on the
+// wire.
 
 #include <gtest/gtest.h>
 

@@ -10,7 +10,7 @@ import sys
 import tempfile
 
 ROOT = pathlib.Path(__file__).resolve().parents[3]
-WITH_SNMPD = [sys.executable, str(ROOT / "tests/unit/snmp/agent/with_snmpd.py")]
+WITH_SNMPD = [sys.executable, str(ROOT / "sim/snmp-agent/with_snmpd.py")]
 
 WALK = """1.3.6.1.4.1.53017.99.2.1.1 = 10
 1.3.6.1.4.1.53017.99.2.1.3 = 30

@@ -15,6 +15,10 @@ import sys
 import tempfile
 import time
 
+import snmp_ber
+import snmp_client
+
+SYS_NAME = (1, 3, 6, 1, 2, 1, 1, 5, 0)
 HR_DEVICE = "1.3.6.1.2.1.25.3.2.1"
 KNOWN_MAKER = "1.3.6.1.4.1.11.2.3.9.1.1"
 OTHER_MAKER = "1.3.6.1.4.1.53017.1"
@@ -68,17 +72,6 @@ def cover(path, folder, text):
     subprocess.run(["mount", "--bind", own, path], check=True)
 
 
-def answers(address):
-    request = bytes.fromhex("302602010004067075626c6963a019020101020100020100300e300c06082b060102010105000500")
-    with socket.socket(socket.AF_INET, socket.SOCK_DGRAM) as client:
-        client.settimeout(0.1)
-        client.sendto(request, (address, 161))
-        try:
-            return client.recv(2048) != b""
-        except OSError:
-            return False
-
-
 def main():
     signal.signal(signal.SIGTERM, lambda *_: sys.exit(1))
     processes = []
@@ -97,9 +90,10 @@ def main():
             cover("/etc/resolv.conf", folder, "nameserver ::1\n")
             deadline = time.time() + 10
             for address in ("10.9.0.101", "10.9.0.102", "10.9.0.103", "10.9.0.104", "10.9.5.105"):
-                while not answers(address):
+                while snmp_client.exchange(snmp_ber.request(snmp_ber.GET, [SYS_NAME]), address, timeout=0.1) is None:
                     if time.time() > deadline:
                         sys.exit(f"with_printers.py: {address} does not answer")
+                    time.sleep(0.02)
             sys.exit(subprocess.run(sys.argv[1:]).returncode)
         finally:
             for path in ("/etc/hosts", "/etc/resolv.conf"):

@@ -7,34 +7,18 @@ With --compare, everything on the wire is captured and decoded by tshark. COMMAN
 """
 
 import pathlib
-import socket
 import subprocess
 import sys
 import tempfile
 import time
 import xml.etree.ElementTree as ElementTree
 
+import snmp_ber
+import snmp_client
+
 HERE = pathlib.Path(__file__).resolve().parent
 KINDS = {"0": "get-request", "1": "get-next-request", "2": "get-response", "3": "set-request"}
-GET_SYS_NAME = bytes.fromhex("302602010004067075626c6963a019020101020100020100300e300c06082b060102010105000500")
-
-
-def wait_for(ready, what):
-    for _ in range(100):
-        if ready():
-            return
-        time.sleep(0.05)
-    sys.exit(f"with_snmpd.py: {what} did not start")
-
-
-def agent_answers():
-    with socket.socket(socket.AF_INET, socket.SOCK_DGRAM) as client:
-        client.settimeout(0.05)
-        client.sendto(GET_SYS_NAME, ("127.0.0.1", 161))
-        try:
-            return client.recv(2048) != b""
-        except OSError:
-            return False
+SYS_DESCR = (1, 3, 6, 1, 2, 1, 1, 1, 0)
 
 
 def field(parent, name):
@@ -75,9 +59,14 @@ def decoded_packets(capture):
 def start_agent(folder, log):
     # An empty list of MIBs: names stay numbers, and nobody complains of missing files.
     environment = {"PATH": "/usr/sbin:/usr/bin:/sbin:/bin", "MIBS": "", "SNMP_PERSISTENT_DIR": folder}
-    agent = subprocess.Popen(["snmpd", "-f", "-Lo", "-C", "-c", HERE / "snmpd.conf", "-I", "-smux",
+    agent = subprocess.Popen(["snmpd", "-f", "-Lo", "-C", "-c", HERE / "with_snmpd.conf", "-I", "-smux",
                               "-p", f"{folder}/pid"], env=environment, stdout=log, stderr=log)
-    wait_for(agent_answers, "snmpd")
+    deadline = time.time() + 5
+    while snmp_client.exchange(snmp_ber.request(snmp_ber.GET, [SYS_DESCR]), timeout=0.05) is None:
+        if time.time() > deadline:
+            agent.terminate()
+            sys.exit("with_snmpd.py: snmpd did not start")
+        time.sleep(0.02)  # where nobody listens yet, the question is refused at once
     return agent
 
 
