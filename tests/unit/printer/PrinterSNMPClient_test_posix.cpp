@@ -120,7 +120,9 @@ TEST_F(PrinterSNMPClientTest, NamesMustIncrease) {
   const std::string first = std::string(kColumn) + ".1.1";
   for (const std::string& next : {first, std::string(kColumn) + ".1.0"}) {
     peer.nextName = [&](const std::string& asked) { return asked == kColumn ? first : next; };
+    peer.requests.clear();
     EXPECT_FALSE(client.WalkIntegers(kColumn, numbers));
+    EXPECT_EQ(peer.requests.size(), 2u);
     EXPECT_EQ(trace.Texts(), Texts{"3 name does not increase in walk of " + std::string(kColumn) + " : " + next});
     trace.lines.clear();
   }
