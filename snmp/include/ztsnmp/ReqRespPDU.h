@@ -66,7 +66,6 @@ class ZTSNMP_API ReqRespPDU {
   [[nodiscard]] int isValid() const noexcept;
 
  private:
-  friend class SNMPManager;
   friend class ztsnmp::MessageCodec;
   [[nodiscard]] static int isValidVarBindList(const VarBind* list, int count) noexcept;
 

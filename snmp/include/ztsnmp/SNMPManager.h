@@ -39,6 +39,18 @@ ZTSNMP_API void SNMPCleanup() noexcept;
 ///   pdu.addVarBind(VarBind(OID("1.3.6.1.2.1.1.1.0")));
 ///   if (manager.get(pdu, target) == 0) puts(pdu.getVarBind(0).getValue().toString());
 ///
+/// A walk asks for the next object again and again, as long as the names stay below the one that it began with. An
+/// agent that has no more says noSuchName (error-status 2):
+///
+///   const std::string column = "1.3.6.1.2.1.43.11.1.1.6";  // the supplies' descriptions (Printer MIB, RFC 3805)
+///   ReqRespPDU pdu;
+///   pdu.addVarBind(VarBind(OID(column.c_str())));
+///   VarBind& row = pdu.getVarBind(0);
+///   while (manager.getNext(pdu, target) == 0 && std::string(row.getOID().getValue()).starts_with(column + '.')) {
+///     puts(row.getValue().toString());
+///     row.setValue(Null());  // A request must not carry an empty text, which may have been the answer.
+///   }
+///
 /// A manager, its PDUs and targets are used by one thread at a time; different threads use different ones. Each
 /// operation opens and closes its own sockets. No operation throws, and none writes a log.
 class ZTSNMP_API SNMPManager {

@@ -28,8 +28,9 @@ class ZTSNMP_API VarBind {
   /// hasValue answers whether there is a value at all.
   [[nodiscard]] bool hasValue() const noexcept { return value_ != nullptr || holdsNull_; }
 
-  /// getValue answers the value, whose `getDataType` tells the class to cast it to; a `Null` when there is none. The
-  /// reference holds until the binding's value is replaced, which every request does.
+  /// getValue answers the value; a `Null` when there is none. The reference holds until the binding's value is
+  /// replaced, which every request does. `getDataType` tells the class to cast it to:
+  ///   if (value.getDataType() == DataTypeInteger) level = static_cast<const Integer&>(value).getValue();
   [[nodiscard]] const SNMPDataType& getValue() const noexcept;
   [[nodiscard]] SNMPDataType& getValue() noexcept;
 
