@@ -20,6 +20,10 @@ constexpr std::uint32_t kWakePause = 1000;
 constexpr int kDocumentAttempts = 3;
 constexpr std::uint32_t kDocumentPause = 500;
 
+// Codes of a port that is in use.
+constexpr std::string_view kJobPending = "/job pending";
+constexpr std::string_view kLockFailed = "/lock failed";
+
 bool IsXml(const std::string& text) {
   tinyxml2::XMLDocument document;
   return document.Parse(text.data(), text.size()) == tinyxml2::XML_SUCCESS;
@@ -79,7 +83,10 @@ HResult KVFPrinterUSB::GetSupplyLevels(std::vector<SupplyEntry>& supplies) {
 HResult KVFPrinterUSB::GetZOLTInformation(ZOLTInformation& record, std::string& errorText) {
   if (IsZOLTSupported() != HResult::Ok) return HResult::Fail;
   std::unique_ptr<PortContention> lock;
-  if (const HResult result = LockPort(lock, errorText); !Succeeded(result)) return result;
+  if (const std::string_view code = LockPort(lock); !code.empty()) {
+    errorText += code;
+    return HResult::Fail;
+  }
 
   if (record.DeviceDocument().empty()) {
     const std::unique_ptr<USBBulkIO> pipes = services_.openBulk(devicePath_);
@@ -114,11 +121,10 @@ HResult KVFPrinterUSB::GetZOLTInformation(ZOLTInformation& record, std::string& 
 HResult KVFPrinterUSB::GetPPAInformation(PPAInformation& record, std::string& errorText) {
   WriteDebug("[ZT] getPPAInformation start");
   std::unique_ptr<PortContention> lock;
-  std::string lockCode;
-  if (const HResult result = LockPort(lock, lockCode); !Succeeded(result)) {
-    ZT_TRACE(Information, (lockCode == "/job pending" ? "[ZT] job pending" : "[ZT] locked failed"));
-    errorText += lockCode;
-    return result;
+  if (const std::string_view code = LockPort(lock); !code.empty()) {
+    ZT_TRACE(Information, (code == kJobPending ? "[ZT] job pending" : "[ZT] locked failed"));
+    errorText += code;
+    return HResult::Fail;
   }
   std::unique_ptr<USBBulkIO> pipes = services_.openBulk(devicePath_);
   if (!pipes) {
@@ -254,22 +260,14 @@ HResult KVFPrinterUSB::WakeSequence() {
   return HResult::False;
 }
 
-HResult KVFPrinterUSB::LockPort(std::unique_ptr<PortContention>& lock, std::string& errorText) const {
+std::string_view KVFPrinterUSB::LockPort(std::unique_ptr<PortContention>& lock) const {
   std::optional<DeviceMonitor> monitor = services_.loadDeviceMonitor();
   if (!monitor) {
-    if (!QueueName().empty() && services_.countJobs(QueueName()) >= 1) {
-      errorText += "/job pending";
-      return HResult::Fail;
-    }
-    return HResult::Ok;
+    const bool pending = !QueueName().empty() && services_.countJobs(QueueName()) >= 1;
+    return pending ? kJobPending : std::string_view();
   }
-  auto held = std::make_unique<PortContention>(*std::move(monitor), services_.sleep);
-  if (!held->Lock()) {
-    errorText += "/lock failed";
-    return HResult::Fail;
-  }
-  lock = std::move(held);
-  return HResult::Ok;
+  lock = std::make_unique<PortContention>(*std::move(monitor), services_.sleep);
+  return lock->Lock() ? std::string_view() : kLockFailed;
 }
 
 }  // namespace zt

@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "Clock.h"
@@ -70,8 +71,9 @@ class KVFPrinterUSB : public KVFPrinter {
   // answering, Fail when it did not answer at all.
   HResult WakeSequence();
 
-  // LockPort makes sure that no print job uses the pipes. Fail, with a code, when one does.
-  HResult LockPort(std::unique_ptr<PortContention>& lock, std::string& errorText) const;
+  // LockPort makes sure that no print job uses the pipes as long as `lock` lives. It answers the code of why it can't,
+  // and an empty text when it can.
+  std::string_view LockPort(std::unique_ptr<PortContention>& lock) const;
 
   std::wstring devicePath_;
   USBServices services_;

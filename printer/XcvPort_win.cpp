@@ -4,11 +4,17 @@
 #include <algorithm>
 
 #include "Trace.h"
-#include "XcvHandleName.h"
 #include "XcvPort.h"
 
 namespace zt {
 namespace {
+
+// The name under which the spooler opens the monitor side of a port.
+std::wstring HandleName(std::wstring_view portName, std::wstring_view serverName) {
+  std::wstring name(serverName);
+  name += serverName.empty() ? L",XcvPort " : L"\\,XcvPort ";
+  return name.append(portName);
+}
 
 struct XcvReply {
   DWORD error = ERROR_SUCCESS;  // of the call, or else the status that the monitor stored
@@ -35,7 +41,7 @@ XcvReply Call(HANDLE port, const wchar_t* command, std::span<const std::byte> in
 }  // namespace
 
 XcvPort::XcvPort(std::wstring_view portName, std::wstring_view serverName, Access access) : portName_(portName) {
-  std::wstring name = XcvHandleName(portName, serverName);
+  std::wstring name = HandleName(portName, serverName);
   PRINTER_DEFAULTSW defaults{nullptr, nullptr, SERVER_ACCESS_ENUMERATE};
   if (OpenPrinterW(name.data(), port_.Receive(), access == Access::ServerEnumerate ? &defaults : nullptr)) return;
   const DWORD error = GetLastError();
