@@ -23,6 +23,14 @@ class SampleTestCase(OfficeTestCase):
         cls.display = cls.enterClassContext(Display())
         cls.world.extra_environment["DISPLAY"] = cls.display.name
         cls.world.extra_environment["LC_ALL"] = "C.UTF-8"
+        # Without a window manager, Wine would wait two seconds for one at the end of each window.
+        cls.set_user_registry(r"Software\\Wine\\X11 Driver", '"Managed"="N"')
+
+    @classmethod
+    def set_user_registry(cls, key: str, value: str) -> None:
+        cls.world.prefix.stop_windows()
+        with open(cls.world.prefix.folder / "user.reg", "a", encoding="utf-8") as registry:
+            registry.write(f"\n[{key}] 0\n{value}\n")
 
     def setUp(self) -> None:
         super().setUp()
@@ -124,9 +132,7 @@ class DensityTest(SampleTestCase):
 
     def test_grows_with_the_scaling(self):
         usual = self.size()
-        self.world.prefix.stop_windows()
-        with open(self.world.prefix.folder / "user.reg", "a", encoding="utf-8") as registry:
-            registry.write('\n[Control Panel\\\\Desktop] 0\n"LogPixels"=dword:%08x\n' % 192)
+        self.set_user_registry(r"Control Panel\\Desktop", '"LogPixels"=dword:%08x' % 192)
         doubled = self.size()
         for before, after in zip(usual, doubled):
             # Not exactly twice: the system's fonts come in steps.
