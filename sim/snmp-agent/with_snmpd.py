@@ -6,7 +6,9 @@ With --compare, everything on the wire is captured and decoded by tshark. COMMAN
 "PACKET " which packets it believes to have sent and received; the two must agree, packet by packet.
 """
 
+import os
 import pathlib
+import socket
 import subprocess
 import sys
 import tempfile
@@ -18,6 +20,7 @@ import snmp_client
 
 HERE = pathlib.Path(__file__).resolve().parent
 KINDS = {"0": "get-request", "1": "get-next-request", "2": "get-response", "3": "set-request"}
+MARK_PORT = 16161  # nobody's
 SYS_DESCR = (1, 3, 6, 1, 2, 1, 1, 1, 0)
 
 
@@ -70,13 +73,21 @@ def start_agent(folder, log):
     return agent
 
 
+def wait_for_mark(mark, capture):
+    """Sends a datagram, again and again, until the capture holds it: what was sent before is then there, too."""
+    deadline = time.time() + 20
+    with socket.socket(socket.AF_INET, socket.SOCK_DGRAM) as sender:
+        while not (os.path.exists(capture) and mark in pathlib.Path(capture).read_bytes()):
+            if time.time() > deadline:
+                sys.exit("with_snmpd.py: nothing is captured")
+            sender.sendto(mark, ("127.0.0.1", MARK_PORT))
+            time.sleep(0.05)
+
+
 def start_capture(capture, log):
-    sniffer = subprocess.Popen(["dumpcap", "-q", "-P", "-i", "lo", "-f", "udp port 161", "-w", capture],
-                               stdout=log, stderr=subprocess.PIPE, text=True)
-    for line in sniffer.stderr:
-        if line.startswith("File:"):  # It is about to listen.
-            break
-    time.sleep(0.2)
+    sniffer = subprocess.Popen(["dumpcap", "-q", "-P", "-i", "lo", "-f", f"udp dst port {MARK_PORT} or udp port 161",
+                                "-w", capture], stdout=log, stderr=log)
+    wait_for_mark(b"the capture has begun", capture)
     return sniffer
 
 
@@ -87,7 +98,7 @@ def run_captured(command, folder, log):
     try:
         with open(f"{folder}/out", "wb") as out:
             status = subprocess.run(command, stdout=out, stdin=subprocess.DEVNULL).returncode
-        time.sleep(0.2)
+        wait_for_mark(b"the capture has ended", capture)
     finally:
         sniffer.terminate()
         sniffer.wait()
