@@ -15,7 +15,7 @@ struct Switch {
 
 // Driver, ChangeMode, Enable, Disable and ShowAgreement have no effect. They are recognised, on purpose, so that the
 // values of the first two are not taken for switches of their own.
-constexpr Switch switches[] = {
+constexpr Switch kSwitches[] = {
     {L"QName", true},          {L"UnInstall", false}, {L"Install", false}, {L"Driver", true},
     {L"ShowTest", false},      {L"ChangeMode", true}, {L"Enable", false},  {L"Disable", false},
     {L"ShowAgreement", false}, {L"Lang", true},       {L"SBXOnly", false}, {L"SBXPlus", false},
@@ -24,9 +24,9 @@ constexpr Switch switches[] = {
 const Switch* FindSwitch(std::wstring_view argument) {
   if (argument.empty() || (argument.front() != L'-' && argument.front() != L'/')) return nullptr;
   argument.remove_prefix(1);
-  const auto* found = std::find_if(std::begin(switches), std::end(switches),
+  const auto* found = std::find_if(std::begin(kSwitches), std::end(kSwitches),
                                    [&](const Switch& known) { return EqualsIgnoringCase(argument, known.name); });
-  return found == std::end(switches) ? nullptr : found;
+  return found == std::end(kSwitches) ? nullptr : found;
 }
 
 }  // namespace

@@ -6,9 +6,9 @@
 namespace zt {
 
 ModulePath ModulePath::OfThisProgram() {
-  constexpr std::size_t longestPath = 259;
+  constexpr std::size_t kLongestPath = 259;
   const std::wstring path = ProgramPath();
-  if (path.size() > longestPath) return {};
+  if (path.size() > kLongestPath) return {};
 
   wchar_t drive[256];
   wchar_t directory[256];

@@ -15,11 +15,11 @@ ProgramFlags ProgramFlags::Read() {
 }
 
 bool ReadStoredAgreement(const std::wstring& model) {
-  constexpr REGSAM access = KEY_READ | KEY_SET_VALUE | KEY_CREATE_SUB_KEY;
+  constexpr REGSAM kAccess = KEY_READ | KEY_SET_VALUE | KEY_CREATE_SUB_KEY;
   const std::wstring parent = L"SOFTWARE\\Velnora\\WEB_Agreement";
   const std::wstring path = parent + L"\\" + model;
-  RegistryKey key = RegistryKey::Open(path, access);
-  if (!key && RegistryKey::Open(parent, KEY_READ)) key = RegistryKey::OpenOrCreate(path, access);
+  RegistryKey key = RegistryKey::Open(path, kAccess);
+  if (!key && RegistryKey::Open(parent, KEY_READ)) key = RegistryKey::OpenOrCreate(path, kAccess);
   return (key.ReadDword(L"ZOLTAgree").value_or(0) & 1) != 0;
 }
 

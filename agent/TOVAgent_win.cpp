@@ -135,7 +135,7 @@ class Agent {
 
 // Answers whether the program went through to its end: an early end writes no end marker, on purpose.
 bool RunProgram() {
-  constexpr int previousInstanceAttempts = 10;
+  constexpr int kPreviousInstanceAttempts = 10;
 
   WriteDebug("ZOLT - start");
   const ModulePath program = ModulePath::OfThisProgram();
@@ -145,14 +145,14 @@ bool RunProgram() {
 
   if (commandLine.Has(L"UnInstall")) {
     ZT_TRACE(Information, "wait...");
-    instanceHandler.WaitForPrevious(previousInstanceAttempts, ::Sleep);
+    instanceHandler.WaitForPrevious(kPreviousInstanceAttempts, ::Sleep);
     ZT_TRACE(Information, "uninstall");
     Uninstall(program.baseName);
     return false;
   }
   if (commandLine.Has(L"Install")) {
     ZT_TRACE(Information, "wait...");
-    instanceHandler.WaitForPrevious(previousInstanceAttempts, ::Sleep);
+    instanceHandler.WaitForPrevious(kPreviousInstanceAttempts, ::Sleep);
     ZT_TRACE(Information, "install");
     Install(program);
     return false;

@@ -5,7 +5,7 @@
 namespace {
 
 // Behind the messages of the window itself.
-constexpr UINT fitToDisplay = WM_APP;
+constexpr UINT kFitToDisplay = WM_APP;
 
 // The common controls that the library's manifest asks for, while it lives. Without them (an old system) the controls
 // only look older.
@@ -59,9 +59,9 @@ class AgreementWindow {
         return FALSE;
       case WM_DPICHANGED:
         // The system gives all controls a font for the new display as soon as this message is done with.
-        PostMessageW(window, fitToDisplay, 0, 0);
+        PostMessageW(window, kFitToDisplay, 0, 0);
         return FALSE;
-      case fitToDisplay:
+      case kFitToDisplay:
         FitToDisplay(window);
         return TRUE;
       case WM_CTLCOLORSTATIC:

@@ -31,13 +31,13 @@ std::string ToUtf8(std::wstring_view text) {
 std::string ToNarrow(std::wstring_view text) { return ToUtf8(text); }
 
 std::wstring ToWide(std::string_view text) {
-  constexpr wchar_t replacement = 0xFFFD;
+  constexpr wchar_t kReplacement = 0xFFFD;
   std::wstring wide;
   for (std::size_t at = 0; at < text.size();) {
     const auto lead = static_cast<unsigned char>(text[at++]);
     const int more = lead < 0x80 ? 0 : lead < 0xC2 ? -1 : lead < 0xE0 ? 1 : lead < 0xF0 ? 2 : lead < 0xF5 ? 3 : -1;
     if (more < 0) {
-      wide += replacement;
+      wide += kReplacement;
       continue;
     }
     auto point = static_cast<std::uint32_t>(more == 0 ? lead : lead & (0x3F >> more));
@@ -45,7 +45,7 @@ std::wstring ToWide(std::string_view text) {
     for (; read < more && at < text.size() && (static_cast<unsigned char>(text[at]) & 0xC0) == 0x80; ++read) {
       point = (point << 6) | (static_cast<unsigned char>(text[at++]) & 0x3Fu);
     }
-    wide += read == more ? static_cast<wchar_t>(point) : replacement;
+    wide += read == more ? static_cast<wchar_t>(point) : kReplacement;
   }
   return wide;
 }

@@ -7,7 +7,7 @@
 namespace zt {
 namespace {
 
-constexpr std::string_view systemSuffix = "_win";
+constexpr std::string_view kSystemSuffix = "_win";
 
 // Compilers write source paths with either separator. The suffix that marks a source for Windows is no part of its
 // module's name.
@@ -15,7 +15,7 @@ std::string_view ModuleName(std::string_view path) {
   const std::size_t separator = path.find_last_of("/\\");
   if (separator != std::string_view::npos) path.remove_prefix(separator + 1);
   path = path.substr(0, path.rfind('.'));
-  if (path.ends_with(systemSuffix)) path.remove_suffix(systemSuffix.size());
+  if (path.ends_with(kSystemSuffix)) path.remove_suffix(kSystemSuffix.size());
   return path;
 }
 

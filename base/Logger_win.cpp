@@ -6,12 +6,12 @@
 namespace zt {
 namespace {
 
-constexpr std::size_t maximumPathLength = 259;
-constexpr std::size_t linesHeldBack = 10;
-constexpr std::uint64_t rotationSize = 1048576;
-constexpr int oldestCopy = 5;
+constexpr std::size_t kMaximumPathLength = 259;
+constexpr std::size_t kLinesHeldBack = 10;
+constexpr std::uint64_t kRotationSize = 1048576;
+constexpr int kOldestCopy = 5;
 // 1024 spins; the top bit asks for the event to be allocated beforehand.
-constexpr DWORD spinCount = 0x80000400;
+constexpr DWORD kSpinCount = 0x80000400;
 
 class CriticalSectionLock {
  public:
@@ -51,11 +51,11 @@ void Logger::Start(const std::wstring& component) {
   const RegistryKey key = RegistryKey::Open(L"SOFTWARE\\Tressil\\Logger\\" + component, KEY_READ);
   const auto level = key.ReadDword(L"Level");
   const auto file = key.ReadString(L"File");
-  if (!level || *level == 0 || !file || file->size() > maximumPathLength) return;
+  if (!level || *level == 0 || !file || file->size() > kMaximumPathLength) return;
 
   path_ = *file;
   WriteDebug(path_);
-  InitializeCriticalSectionAndSpinCount(&guard_, spinCount);
+  InitializeCriticalSectionAndSpinCount(&guard_, kSpinCount);
   enabled_ = true;
   traceLevel = *level;
 }
@@ -67,7 +67,7 @@ void Logger::Write(Severity severity, std::string_view source, int line, std::st
   {
     const CriticalSectionLock lock(guard_);
     pending_.push_back(LogPrefix(CurrentMoment(), GetCurrentThreadId()) + "\t" + body + "\r\n");
-    full = pending_.size() > linesHeldBack;
+    full = pending_.size() > kLinesHeldBack;
   }
   if (full) Flush();
 }
@@ -96,7 +96,7 @@ FileHandle Logger::OpenForAppending() const {
 void Logger::RotateWhenLarge() const {
   WIN32_FILE_ATTRIBUTE_DATA file;
   if (!GetFileAttributesExW(path_.c_str(), GetFileExInfoStandard, &file)) return;
-  if (((std::uint64_t{file.nFileSizeHigh} << 32) | file.nFileSizeLow) <= rotationSize) return;
+  if (((std::uint64_t{file.nFileSizeHigh} << 32) | file.nFileSizeLow) <= kRotationSize) return;
 
   // The mutex is the sign that a process is rotating this file; nobody waits for it. One of another user's process may
   // refuse to be opened: then it exists, too.
@@ -104,8 +104,8 @@ void Logger::RotateWhenLarge() const {
   if (!inUse || GetLastError() == ERROR_ALREADY_EXISTS) return;
 
   const auto copy = [&](int number) { return path_ + L"." + static_cast<wchar_t>(L'0' + number); };
-  DeleteFileW(copy(oldestCopy).c_str());
-  for (int number = oldestCopy - 1; number >= 0; --number) {
+  DeleteFileW(copy(kOldestCopy).c_str());
+  for (int number = kOldestCopy - 1; number >= 0; --number) {
     MoveFileW(copy(number).c_str(), copy(number + 1).c_str());
   }
   MoveFileW(path_.c_str(), copy(0).c_str());

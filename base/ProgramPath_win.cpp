@@ -5,9 +5,9 @@
 namespace zt {
 
 std::wstring ProgramPath() {
-  constexpr DWORD longestPath = 32767;  // in characters, of any path that Windows takes
-  std::wstring path(longestPath, L'\0');
-  path.resize(GetModuleFileNameW(nullptr, path.data(), longestPath));
+  constexpr DWORD kLongestPath = 32767;  // in characters, of any path that Windows takes
+  std::wstring path(kLongestPath, L'\0');
+  path.resize(GetModuleFileNameW(nullptr, path.data(), kLongestPath));
   return path;
 }
 

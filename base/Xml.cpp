@@ -10,7 +10,7 @@ struct Opaque {
   std::string_view open;
   std::string_view close;
 };
-constexpr Opaque opaqueMarkup[] = {{"<!--", "-->"}, {"<![CDATA[", "]]>"}, {"<?", "?>"}};
+constexpr Opaque kOpaqueMarkup[] = {{"<!--", "-->"}, {"<![CDATA[", "]]>"}, {"<?", "?>"}};
 
 bool IsNameCharacter(char character) {
   return (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z') ||
@@ -64,9 +64,9 @@ bool HasBareAmpersand(std::string_view xml) {
       if (!IsReference(xml)) return true;
       continue;
     }
-    const auto* opaque = std::find_if(std::begin(opaqueMarkup), std::end(opaqueMarkup),
+    const auto* opaque = std::find_if(std::begin(kOpaqueMarkup), std::end(kOpaqueMarkup),
                                       [&](const Opaque& markup) { return xml.starts_with(markup.open); });
-    if (opaque == std::end(opaqueMarkup)) {
+    if (opaque == std::end(kOpaqueMarkup)) {
       xml.remove_prefix(1);
       continue;
     }

@@ -9,13 +9,13 @@
 namespace zt {
 namespace {
 
-constexpr wchar_t libraryName[] = L"UA.dll";
-constexpr char entryName[] = "ShowProtectionAgreementUI";
+constexpr wchar_t kLibraryName[] = L"UA.dll";
+constexpr char kEntryName[] = "ShowProtectionAgreementUI";
 
 // Path of the library in the program's own folder.
 std::wstring LibraryPath() {
   const std::wstring program = ProgramPath();
-  return program.substr(0, program.find_last_of(L'\\') + 1) + libraryName;
+  return program.substr(0, program.find_last_of(L'\\') + 1) + kLibraryName;
 }
 
 LibraryHandle LoadAgreementLibrary() {
@@ -34,9 +34,9 @@ LibraryHandle LoadAgreementLibrary() {
 Agreement ShowAgreementDialog(const std::wstring& queue, const std::wstring& language, bool countryIs52) {
   const LibraryHandle library = LoadAgreementLibrary();
   if (!library) return Agreement::DisagreedUnreported;
-  const FARPROC entry = GetProcAddress(library.Get(), entryName);
+  const FARPROC entry = GetProcAddress(library.Get(), kEntryName);
   if (!entry) {
-    ZT_TRACE(Warning, "[UA] no agreement dialog: UA.dll does not export " << entryName);
+    ZT_TRACE(Warning, "[UA] no agreement dialog: UA.dll does not export " << kEntryName);
     return Agreement::DisagreedUnreported;
   }
   // By way of void (*)(): the compiler knows that type as one that fits any function.

@@ -5,22 +5,22 @@
 namespace zt {
 namespace {
 
-constexpr const char* deviceTexts[] = {"SystemInstalledDate", "CurrentVersion", "FormatType"};
+constexpr const char* kDeviceTexts[] = {"SystemInstalledDate", "CurrentVersion", "FormatType"};
 
-constexpr ElementMessage tonerTexts[] = {{"SerialNumber", "/no tlevel"},  // as in the print-volume report
-                                         {"UsedDotPercent", "/no UsedDotPercent"},
-                                         {"Capacity", "/no Capacity"},
-                                         {"TargetDot", "/no TargetDot"}};
+constexpr ElementMessage kTonerTexts[] = {{"SerialNumber", "/no tlevel"},  // as in the print-volume report
+                                          {"UsedDotPercent", "/no UsedDotPercent"},
+                                          {"Capacity", "/no Capacity"},
+                                          {"TargetDot", "/no TargetDot"}};
 
-constexpr ElementMessage deviceRules[] = {{"MDL", "/error:no mdl"},
-                                          {"GeneralSerialNumber", "/error:no serial number"},
-                                          {"SystemInstalledDate", "/warning:no systeminstalleddate"},
-                                          {"CurrentVersion", "/warning:no XMLinterfaceversion"},
-                                          {"FormatType", "/warning:no XMLformattype"}};
-constexpr ElementMessage tonerRules[] = {{"UsedDotPercent", "/warning:no tonerUsedotpercent"},
-                                         {"SerialNumber", "/warnig:no serial number"},  // spelled so on purpose
-                                         {"Capacity", "/warning:no tonerCapacity"},
-                                         {"TargetDot", "/warning:no tonerTargetdot"}};
+constexpr ElementMessage kDeviceRules[] = {{"MDL", "/error:no mdl"},
+                                           {"GeneralSerialNumber", "/error:no serial number"},
+                                           {"SystemInstalledDate", "/warning:no systeminstalleddate"},
+                                           {"CurrentVersion", "/warning:no XMLinterfaceversion"},
+                                           {"FormatType", "/warning:no XMLformattype"}};
+constexpr ElementMessage kTonerRules[] = {{"UsedDotPercent", "/warning:no tonerUsedotpercent"},
+                                          {"SerialNumber", "/warnig:no serial number"},  // spelled so on purpose
+                                          {"Capacity", "/warning:no tonerCapacity"},
+                                          {"TargetDot", "/warning:no tonerTargetdot"}};
 
 }  // namespace
 
@@ -29,12 +29,13 @@ std::string PPAInformation::BuildXml() const {
 }
 
 bool PPAInformation::ValidateXml(std::string_view document, std::string& messages) {
-  return ValidateReport(document, {.device = deviceRules, .counts = {}, .toner = tonerRules, .closing = {}}, messages);
+  return ValidateReport(document, {.device = kDeviceRules, .counts = {}, .toner = kTonerRules, .closing = {}},
+                        messages);
 }
 
 bool PPAInformation::ReadXml(std::string_view document, std::string& messages) {
   return ReadReport(document, messages, [&](const tinyxml2::XMLElement* report) {
-    ReadDeviceValues(report, deviceTexts);
+    ReadDeviceValues(report, kDeviceTexts);
     // Printers deliver this report with counters or without; one without counters and supplies has nothing to report.
     if (!FindChild(report, "Count") && !FindChild(report, "Supplies")) messages += "/no Count el";
   });
@@ -49,7 +50,7 @@ bool PPAInformation::ReadTonerXml(const tinyxml2::XMLElement& element, std::stri
   const std::int32_t colour = ReadTonerColour(element, messages);
   if (colour == 0) return false;
   TonerRecord toner(colour);
-  ReadTonerTexts(element, tonerTexts, toner, messages);
+  ReadTonerTexts(element, kTonerTexts, toner, messages);
   AddToner(std::move(toner));
   return messages.size() == before;
 }

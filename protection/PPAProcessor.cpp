@@ -7,9 +7,6 @@
 namespace zt {
 namespace {
 
-constexpr int pollsBeforeReading = 30;
-constexpr int pollsBeforeCollecting = 600;
-
 // AskServer fetches the limits of the model and stores them. False when the server has ended the service. A server that
 // cannot be reached leaves the policy in force.
 bool AskServer(IZOLTDataProvider& provider, IZOLTReportResult& client, IZOLTSkipChecker& skipChecker,
@@ -41,9 +38,9 @@ void PPAProcessor::Run(const PPARunOptions& options, IZOLTDataProvider& provider
   ZT_TRACE(Information, "[ZT] refill  -ZOLT_SBX_COLLECTING_MODE start...");
   std::uint32_t announced = 0;
   if (!provider.Initialize(true) || !provider.CheckSBXSupport(&announced)) {
-    constexpr std::string_view message = "[ZT] failed to check SBX  bye~";
-    ZT_TRACE(Warning, message);
-    WriteDebug(message);
+    constexpr std::string_view kMessage = "[ZT] failed to check SBX  bye~";
+    ZT_TRACE(Warning, kMessage);
+    WriteDebug(kMessage);
     return;
   }
   const auto state = static_cast<SBXState>(announced);
@@ -91,7 +88,7 @@ void PPAProcessor::Run(const PPARunOptions& options, IZOLTDataProvider& provider
 
   // Printing goes first, but a queue that never drains or cannot be counted does not hold up the report.
   bool jobsPending = false;
-  provider.WaitForJobs(pollsBeforeReading, jobsPending);
+  provider.WaitForJobs(IZOLTDataProvider::kPollsBeforeReading, jobsPending);
   std::string serialNumber;
   if (!provider.GetSerialNumber(serialNumber)) {
     ZT_TRACE(Warning, "[UA] failed to get serial nubmer~");
@@ -107,7 +104,7 @@ void PPAProcessor::Run(const PPARunOptions& options, IZOLTDataProvider& provider
     ReportNoLimit(tonerLife);
     return;
   }
-  provider.WaitForJobs(pollsBeforeCollecting, jobsPending);
+  provider.WaitForJobs(IZOLTDataProvider::kPollsBeforeCollecting, jobsPending);
   PPAInformation record;
   if (!provider.CollectSBX(record)) {
     WriteDebug("[ZT] Failed to get info from device. Will retry at next week. bye~");

@@ -9,7 +9,7 @@
 namespace zt {
 namespace {
 
-constexpr std::uint32_t freshTonerLife = 100;
+constexpr std::uint32_t kFreshTonerLife = 100;
 
 // Limits and lives are numbers without sign; the settings file keeps them as signed ones.
 std::uint32_t Limit(const ServerPolicy& policy) { return static_cast<std::uint32_t>(policy.tonerMaxLife); }
@@ -40,7 +40,7 @@ ServerPolicy MergePolicy(const ServerPolicy& policy, const ServerAnswer& answer)
   return merged;
 }
 
-bool IsTonerFresh(std::uint32_t tonerLife) { return tonerLife < freshTonerLife; }
+bool IsTonerFresh(std::uint32_t tonerLife) { return tonerLife < kFreshTonerLife; }
 
 bool IsRefused(Agreement agreement) {
   return agreement == Agreement::Disagreed || agreement == Agreement::DisagreedUnreported;

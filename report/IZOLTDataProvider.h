@@ -14,6 +14,10 @@ class ZOLTInformation;
 // reasons of a failure go to the trace log. Outputs keep their content on failure unless said otherwise.
 class IZOLTDataProvider {
  public:
+  // Longest waits of the runs for the queue's jobs, in polls: before the printer is asked, and before it is read out.
+  static constexpr int kPollsBeforeReading = 30;
+  static constexpr int kPollsBeforeCollecting = 600;
+
   virtual ~IZOLTDataProvider() = default;
 
   // Initialize opens the printer; with `checkSupport` it also tells whether the printer offers print-volume reporting.

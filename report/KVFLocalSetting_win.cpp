@@ -16,7 +16,7 @@
 namespace zt {
 namespace {
 
-constexpr LONGLONG maximumFileSize = 16 * 1024 * 1024;
+constexpr LONGLONG kMaximumFileSize = 16 * 1024 * 1024;
 
 std::wstring SettingsFolder() {
   wchar_t folder[MAX_PATH] = {};
@@ -59,7 +59,7 @@ bool IsLocked(const std::wstring& path) {
 
 std::optional<std::string> ReadAll(const FileHandle& file) {
   LARGE_INTEGER size = {};
-  if (!GetFileSizeEx(file.Get(), &size) || size.QuadPart > maximumFileSize) return std::nullopt;
+  if (!GetFileSizeEx(file.Get(), &size) || size.QuadPart > kMaximumFileSize) return std::nullopt;
   std::string bytes(static_cast<std::size_t>(size.QuadPart), '\0');
   DWORD read = 0;
   if (!ReadFile(file.Get(), bytes.data(), static_cast<DWORD>(bytes.size()), &read, nullptr)) return std::nullopt;

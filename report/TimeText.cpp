@@ -11,7 +11,7 @@
 namespace zt {
 namespace {
 
-constexpr std::int64_t secondsPerDay = 86400;
+constexpr std::int64_t kSecondsPerDay = 86400;
 
 struct TimeParts {
   int year;
@@ -48,7 +48,7 @@ std::optional<std::time_t> ParseOrTrace(std::string_view text) {
 }
 
 std::int64_t WholeDays(std::time_t from, std::time_t to) {
-  return (static_cast<std::int64_t>(to) - static_cast<std::int64_t>(from)) / secondsPerDay;
+  return (static_cast<std::int64_t>(to) - static_cast<std::int64_t>(from)) / kSecondsPerDay;
 }
 
 }  // namespace

@@ -6,17 +6,17 @@
 namespace zt {
 namespace {
 
-constexpr std::string_view letters[] = {"C", "M", "Y", "K"};  // of the colours from 1 on
+constexpr std::string_view kLetters[] = {"C", "M", "Y", "K"};  // of the colours from 1 on
 
 }  // namespace
 
 std::string_view ColourLetter(std::int32_t colour) {
-  return colour >= 1 && colour <= static_cast<std::int32_t>(std::size(letters)) ? letters[colour - 1] : "";
+  return colour >= 1 && colour <= static_cast<std::int32_t>(std::size(kLetters)) ? kLetters[colour - 1] : "";
 }
 
 std::int32_t ColourOfLetter(std::string_view letter) {
-  const auto* found = std::find(std::begin(letters), std::end(letters), letter);
-  return found == std::end(letters) ? 0 : static_cast<std::int32_t>(found - std::begin(letters)) + 1;
+  const auto* found = std::find(std::begin(kLetters), std::end(kLetters), letter);
+  return found == std::end(kLetters) ? 0 : static_cast<std::int32_t>(found - std::begin(kLetters)) + 1;
 }
 
 void TonerRecord::SetValue(std::string_view element, std::string_view text) {

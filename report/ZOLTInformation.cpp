@@ -6,32 +6,32 @@
 namespace zt {
 namespace {
 
-constexpr const char* deviceTexts[] = {"SystemInstalledDate", "SystemFirmwareVersion", "ProductType"};
+constexpr const char* kDeviceTexts[] = {"SystemInstalledDate", "SystemFirmwareVersion", "ProductType"};
 
-constexpr ElementMessage tonerTexts[] = {{"VendorName", "/no tvendorname"},
-                                         {"SupplierID", "/no tsupplid"},
-                                         {"ModelID", "/no tmodelid"},
-                                         {"SerialNumber", "/no tlevel"},  // the level's code, on purpose
-                                         {"InstalledDate", "/no tinstdate"}};
+constexpr ElementMessage kTonerTexts[] = {{"VendorName", "/no tvendorname"},
+                                          {"SupplierID", "/no tsupplid"},
+                                          {"ModelID", "/no tmodelid"},
+                                          {"SerialNumber", "/no tlevel"},  // the level's code, on purpose
+                                          {"InstalledDate", "/no tinstdate"}};
 
-constexpr ElementMessage deviceRules[] = {{"MDL", "/error:no mdl"},
-                                          {"ProductType", "/error:no producttype"},
-                                          {"GeneralSerialNumber", "/error:no serial number"},
-                                          {"SystemFirmwareVersion", "/error:no fwver"},
-                                          {"SystemInstalledDate", "/warning:no systeminstalleddate"}};
-constexpr ElementMessage countRules[] = {{"DevTotalMonoCount", "/error:no mono count"},
-                                         {"DevTotalColorCount", "/warning:no color count or Mono model"}};
-constexpr ElementMessage tonerRules[] = {{"Level", "/warning:no level or Not Support"},
-                                         {"AverageAreaCoverage", "/warning:no averageareacoverage or Not Support"},
-                                         {"VendorName", "/warning:no vendorname"},
-                                         {"ModelID", "/error:no modelid"},
-                                         {"SupplierID", "/warning:no supplierid"},
-                                         {"SerialNumber", "/warnig:no serial number"},  // spelled so on purpose
-                                         {"InstalledDate", "/warning:no install date"}};
-constexpr ElementMessage closingRules[] = {{"SourceType", "/info:is not RQD"},
-                                           {"IBL", "/error:no CRUM - IBL info"},
-                                           {"TTime", "/error:no CRUM - TTime info"},
-                                           {"CountryIndex", "/warning:no CountryIndex"}};
+constexpr ElementMessage kDeviceRules[] = {{"MDL", "/error:no mdl"},
+                                           {"ProductType", "/error:no producttype"},
+                                           {"GeneralSerialNumber", "/error:no serial number"},
+                                           {"SystemFirmwareVersion", "/error:no fwver"},
+                                           {"SystemInstalledDate", "/warning:no systeminstalleddate"}};
+constexpr ElementMessage kCountRules[] = {{"DevTotalMonoCount", "/error:no mono count"},
+                                          {"DevTotalColorCount", "/warning:no color count or Mono model"}};
+constexpr ElementMessage kTonerRules[] = {{"Level", "/warning:no level or Not Support"},
+                                          {"AverageAreaCoverage", "/warning:no averageareacoverage or Not Support"},
+                                          {"VendorName", "/warning:no vendorname"},
+                                          {"ModelID", "/error:no modelid"},
+                                          {"SupplierID", "/warning:no supplierid"},
+                                          {"SerialNumber", "/warnig:no serial number"},  // spelled so on purpose
+                                          {"InstalledDate", "/warning:no install date"}};
+constexpr ElementMessage kClosingRules[] = {{"SourceType", "/info:is not RQD"},
+                                            {"IBL", "/error:no CRUM - IBL info"},
+                                            {"TTime", "/error:no CRUM - TTime info"},
+                                            {"CountryIndex", "/warning:no CountryIndex"}};
 
 std::string CountText(std::int32_t pages) { return pages < 0 ? std::string() : std::to_string(pages); }
 
@@ -86,13 +86,13 @@ std::string ZOLTInformation::AmendDeviceXml() const {
 }
 
 bool ZOLTInformation::ValidateXml(std::string_view document, std::string& messages) {
-  return ValidateReport(document, {deviceRules, countRules, tonerRules, closingRules}, messages);
+  return ValidateReport(document, {kDeviceRules, kCountRules, kTonerRules, kClosingRules}, messages);
 }
 
 bool ZOLTInformation::ReadXml(std::string_view document, std::string& messages) {
   bool hasCounts = false;
   ReadReport(document, messages, [&](const tinyxml2::XMLElement* report) {
-    ReadDeviceValues(report, deviceTexts);
+    ReadDeviceValues(report, kDeviceTexts);
     hasCounts = ReadCounts(report, messages);
     ReadToners(report, messages);
   });
@@ -133,7 +133,7 @@ bool ZOLTInformation::ReadTonerXml(const tinyxml2::XMLElement& element, std::str
   } else if (IsSupported(coverage)) {
     toner.SetAverageAreaCoverage(ReadUnsigned(coverage));
   }
-  ReadTonerTexts(element, tonerTexts, toner, messages);
+  ReadTonerTexts(element, kTonerTexts, toner, messages);
   AddToner(std::move(toner));
   return messages.size() == before;
 }

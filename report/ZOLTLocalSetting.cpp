@@ -8,12 +8,12 @@
 namespace zt {
 namespace {
 
-constexpr std::string_view common = "Common";
-constexpr std::string_view history = "History";
+constexpr std::string_view kCommon = "Common";
+constexpr std::string_view kHistory = "History";
 
 // A switch that was never set has no value; "off" is not 0.
-constexpr std::string_view switchedOn = "1";
-constexpr std::string_view switchedOff = "2";
+constexpr std::string_view kSwitchedOn = "1";
+constexpr std::string_view kSwitchedOff = "2";
 
 // Characters that would end a key when the file is read again.
 bool EndsKey(char character) { return std::string_view("=;\r\n").find(character) != std::string_view::npos; }
@@ -32,13 +32,13 @@ std::string PrinterKey(std::string_view key, std::string_view id) {
 
 bool ZOLTLocalSetting::GetSwitch(std::string_view key, bool& on) const {
   std::string text;
-  if (!GetValue(common, key, text) || (text != switchedOn && text != switchedOff)) return false;
-  on = text == switchedOn;
+  if (!GetValue(kCommon, key, text) || (text != kSwitchedOn && text != kSwitchedOff)) return false;
+  on = text == kSwitchedOn;
   return true;
 }
 
 void ZOLTLocalSetting::SetSwitch(std::string_view key, bool on) {
-  SetValue(common, key, on ? switchedOn : switchedOff);
+  SetValue(kCommon, key, on ? kSwitchedOn : kSwitchedOff);
 }
 
 int ZOLTLocalSetting::GetNumber(std::string_view section, std::string_view key, int fallback) const {
@@ -57,86 +57,88 @@ bool ZOLTLocalSetting::GetPPAEnabled(bool& enabled) const { return GetSwitch("PP
 void ZOLTLocalSetting::SetPPAEnabled(bool enabled) { SetSwitch("PPAEnabled", enabled); }
 
 int ZOLTLocalSetting::GetSendIntervalDays(int fallback) const {
-  return GetNumber(common, "SendIntervalDays", fallback);
+  return GetNumber(kCommon, "SendIntervalDays", fallback);
 }
-void ZOLTLocalSetting::SetSendIntervalDays(int days) { SetNumber(common, "SendIntervalDays", days); }
+void ZOLTLocalSetting::SetSendIntervalDays(int days) { SetNumber(kCommon, "SendIntervalDays", days); }
 
 int ZOLTLocalSetting::GetPPNormalSendInterval(int fallback) const {
-  return GetNumber(common, "PPNormalSendInterval", fallback);
+  return GetNumber(kCommon, "PPNormalSendInterval", fallback);
 }
-void ZOLTLocalSetting::SetPPNormalSendInterval(int days) { SetNumber(common, "PPNormalSendInterval", days); }
+void ZOLTLocalSetting::SetPPNormalSendInterval(int days) { SetNumber(kCommon, "PPNormalSendInterval", days); }
 
 bool ZOLTLocalSetting::GetLastCollectFailedTime(std::string_view id, std::string& time) const {
-  return GetValue(history, PrinterKey("LastCollectFailedTime", id), time);
+  return GetValue(kHistory, PrinterKey("LastCollectFailedTime", id), time);
 }
 void ZOLTLocalSetting::SetLastCollectFailedTime(std::string_view id, std::string_view time) {
-  SetValue(history, PrinterKey("LastCollectFailedTime", id), time);
+  SetValue(kHistory, PrinterKey("LastCollectFailedTime", id), time);
 }
 
 bool ZOLTLocalSetting::GetLastCollectTime(std::string_view id, std::string& time) const {
-  return GetValue(history, PrinterKey("LastCollectTime", id), time);
+  return GetValue(kHistory, PrinterKey("LastCollectTime", id), time);
 }
 void ZOLTLocalSetting::SetLastCollectTime(std::string_view id, std::string_view time) {
-  SetValue(history, PrinterKey("LastCollectTime", id), time);
+  SetValue(kHistory, PrinterKey("LastCollectTime", id), time);
 }
 
 bool ZOLTLocalSetting::GetLastSendTime(std::string_view id, std::string& time) const {
-  return GetValue(history, PrinterKey("LastSendTime", id), time);
+  return GetValue(kHistory, PrinterKey("LastSendTime", id), time);
 }
 void ZOLTLocalSetting::SetLastSendTime(std::string_view id, std::string_view time) {
-  SetValue(history, PrinterKey("LastSendTime", id), time);
+  SetValue(kHistory, PrinterKey("LastSendTime", id), time);
 }
 
 bool ZOLTLocalSetting::GetLastServerFailedTime(std::string& time) const {
-  return GetValue(history, "LastServerFailedTime", time);
+  return GetValue(kHistory, "LastServerFailedTime", time);
 }
 void ZOLTLocalSetting::SetLastServerFailedTime(std::string_view time) {
-  SetValue(history, "LastServerFailedTime", time);
+  SetValue(kHistory, "LastServerFailedTime", time);
 }
 
 bool ZOLTLocalSetting::GetLastPPSendTime(std::string_view id, std::string& time) const {
-  return GetValue(history, PrinterKey("LastPPSendTime", id), time);
+  return GetValue(kHistory, PrinterKey("LastPPSendTime", id), time);
 }
 void ZOLTLocalSetting::SetLastPPSendTime(std::string_view id, std::string_view time) {
-  SetValue(history, PrinterKey("LastPPSendTime", id), time);
+  SetValue(kHistory, PrinterKey("LastPPSendTime", id), time);
 }
 
 bool ZOLTLocalSetting::GetLastPPNormalTime(std::string_view id, std::string& time) const {
-  return GetValue(history, PrinterKey("LastPPNormalTime", id), time);
+  return GetValue(kHistory, PrinterKey("LastPPNormalTime", id), time);
 }
 void ZOLTLocalSetting::SetLastPPNormalTime(std::string_view id, std::string_view time) {
-  SetValue(history, PrinterKey("LastPPNormalTime", id), time);
+  SetValue(kHistory, PrinterKey("LastPPNormalTime", id), time);
 }
 
-int ZOLTLocalSetting::GetSBXPolicyReceived() const { return GetNumber(common, "SBXPolicyReceived", 0); }
-void ZOLTLocalSetting::SetSBXPolicyReceived(bool received) { SetNumber(common, "SBXPolicyReceived", received ? 1 : 0); }
+int ZOLTLocalSetting::GetSBXPolicyReceived() const { return GetNumber(kCommon, "SBXPolicyReceived", 0); }
+void ZOLTLocalSetting::SetSBXPolicyReceived(bool received) {
+  SetNumber(kCommon, "SBXPolicyReceived", received ? 1 : 0);
+}
 
 int ZOLTLocalSetting::GetTransmissionDuration(int fallback) const {
-  return GetNumber(common, "TransmissionDuration", fallback);
+  return GetNumber(kCommon, "TransmissionDuration", fallback);
 }
-void ZOLTLocalSetting::SetTransmissionDuration(int days) { SetNumber(common, "TransmissionDuration", days); }
+void ZOLTLocalSetting::SetTransmissionDuration(int days) { SetNumber(kCommon, "TransmissionDuration", days); }
 
 bool ZOLTLocalSetting::GetNSLanguageCode(std::string& codes) const {
-  if (!GetValue(common, "NSLanguageCode", codes)) codes = "24, 59";
+  if (!GetValue(kCommon, "NSLanguageCode", codes)) codes = "24, 59";
   return true;
 }
-void ZOLTLocalSetting::SetNSLanguageCode(std::string_view codes) { SetValue(common, "NSLanguageCode", codes); }
+void ZOLTLocalSetting::SetNSLanguageCode(std::string_view codes) { SetValue(kCommon, "NSLanguageCode", codes); }
 
-int ZOLTLocalSetting::GetTonerMaxLife(int fallback) const { return GetNumber(common, "TonerMaxLife", fallback); }
-void ZOLTLocalSetting::SetTonerMaxLife(int life) { SetNumber(common, "TonerMaxLife", life); }
+int ZOLTLocalSetting::GetTonerMaxLife(int fallback) const { return GetNumber(kCommon, "TonerMaxLife", fallback); }
+void ZOLTLocalSetting::SetTonerMaxLife(int life) { SetNumber(kCommon, "TonerMaxLife", life); }
 
 int ZOLTLocalSetting::GetCurrentTonerLife(std::string_view id) const {
-  return GetNumber(history, PrinterKey("CurrentTonerLife", id), 0);
+  return GetNumber(kHistory, PrinterKey("CurrentTonerLife", id), 0);
 }
 void ZOLTLocalSetting::SetCurrentTonerLife(std::string_view id, int life) {
-  SetNumber(history, PrinterKey("CurrentTonerLife", id), life);
+  SetNumber(kHistory, PrinterKey("CurrentTonerLife", id), life);
 }
 
 int ZOLTLocalSetting::GetTonerChangeCount(std::string_view id) const {
-  return GetNumber(history, PrinterKey("TonerChangeCount", id), 0);
+  return GetNumber(kHistory, PrinterKey("TonerChangeCount", id), 0);
 }
 void ZOLTLocalSetting::SetTonerChangeCount(std::string_view id, int count) {
-  SetNumber(history, PrinterKey("TonerChangeCount", id), count);
+  SetNumber(kHistory, PrinterKey("TonerChangeCount", id), count);
 }
 
 }  // namespace zt

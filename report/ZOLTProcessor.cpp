@@ -4,12 +4,6 @@
 #include "ZOLTInformation.h"
 
 namespace zt {
-namespace {
-
-constexpr int pollsBeforeReading = 30;
-constexpr int pollsBeforeCollecting = 600;
-
-}  // namespace
 
 // The order of the checks matters: a printer that could not be read last week is not even opened, a server that failed
 // last week holds up every queue, and only a printer whose serial number can be read is looked up in the history.
@@ -28,7 +22,7 @@ void ZOLTProcessor::Run(const ZOLTRunOptions& options, IZOLTDataProvider& provid
 
   // This wait only lets the job that started the agent get ahead; what comes of it does not matter.
   bool jobsPending = false;
-  provider.WaitForJobs(pollsBeforeReading, jobsPending);
+  provider.WaitForJobs(IZOLTDataProvider::kPollsBeforeReading, jobsPending);
 
   if (!provider.Initialize(true)) {
     ZT_TRACE(Warning, "not valid IO. bye~");
@@ -66,7 +60,7 @@ void ZOLTProcessor::Run(const ZOLTRunOptions& options, IZOLTDataProvider& provid
     return;
   }
 
-  if (!provider.WaitForJobs(pollsBeforeCollecting, jobsPending)) {
+  if (!provider.WaitForJobs(IZOLTDataProvider::kPollsBeforeCollecting, jobsPending)) {
     ZT_TRACE(Error, "Failed to wait for job finished!!! bye~");
     return;
   }

@@ -5,15 +5,15 @@
 namespace zt {
 namespace {
 
-constexpr int failureDays = 7;
-constexpr int defaultSendDays = 30;
-constexpr int defaultPPNormalDays = 7;
-constexpr std::size_t maximumLanguageCodeBytes = 519;
-constexpr std::string_view sendIsNear = "Last svr success near! bye~";
+constexpr int kFailureDays = 7;
+constexpr int kDefaultSendDays = 30;
+constexpr int kDefaultPPNormalDays = 7;
+constexpr std::size_t kMaximumLanguageCodeBytes = 519;
+constexpr std::string_view kSendIsNear = "Last svr success near! bye~";
 const ServerPolicy defaultPolicy;
 
 std::string StoredLanguageCode(std::string_view codes) {
-  return std::string(codes.substr(0, maximumLanguageCodeBytes));
+  return std::string(codes.substr(0, kMaximumLanguageCodeBytes));
 }
 
 }  // namespace
@@ -42,20 +42,20 @@ void ZOLTSkipChecker::Record(std::string_view id, OptionalTimeText time, StoreTi
 bool ZOLTSkipChecker::IsLastIOFailNear(std::string_view id) {
   if (!ChecksApply()) return false;
   const std::string time = TimeOf(id, {}, &IZOLTLocalSetting::GetLastCollectFailedTime);
-  return IsNear(time, failureDays, "Last IO fail is near! Bye~");
+  return IsNear(time, kFailureDays, "Last IO fail is near! Bye~");
 }
 
 bool ZOLTSkipChecker::IsLastSendNear(std::string_view id, OptionalTimeText time) {
   if (!ChecksApply()) return false;
   const std::string last = TimeOf(id, time, &IZOLTLocalSetting::GetLastSendTime);
-  return IsNear(last, GetSendInterval(defaultSendDays), sendIsNear);
+  return IsNear(last, GetSendInterval(kDefaultSendDays), kSendIsNear);
 }
 
 bool ZOLTSkipChecker::IsLastServerFailNear() {
   if (!ChecksApply()) return false;
   std::string time;
   settings_->GetLastServerFailedTime(time);
-  return IsNear(time, failureDays, "Last svr fail near! bye~");
+  return IsNear(time, kFailureDays, "Last svr fail near! bye~");
 }
 
 void ZOLTSkipChecker::RecordIOFail(std::string_view id) {
@@ -71,11 +71,11 @@ void ZOLTSkipChecker::RecordSendSuccess(std::string_view id, OptionalTimeText ti
 }
 
 void ZOLTSkipChecker::SetSendInterval(int days) {
-  if (settings_ && days != GetSendInterval(defaultSendDays)) settings_->SetSendIntervalDays(days);
+  if (settings_ && days != GetSendInterval(kDefaultSendDays)) settings_->SetSendIntervalDays(days);
 }
 
 void ZOLTSkipChecker::SetPPNormalInterval(int days) {
-  if (settings_ && days != GetPPNormalInterval(defaultPPNormalDays)) settings_->SetPPNormalSendInterval(days);
+  if (settings_ && days != GetPPNormalInterval(kDefaultPPNormalDays)) settings_->SetPPNormalSendInterval(days);
 }
 
 void ZOLTSkipChecker::SetZOLTEnabled(bool enabled) {
@@ -93,7 +93,7 @@ bool ZOLTSkipChecker::GetPPAEnabled(bool& enabled) { return settings_ && setting
 bool ZOLTSkipChecker::IsLastPPSendNear(std::string_view id, OptionalTimeText time) {
   if (!ChecksApply()) return false;
   const std::string last = TimeOf(id, time, &IZOLTLocalSetting::GetLastPPSendTime);
-  return IsNear(last, settings_->GetTransmissionDuration(defaultPolicy.transmissionDuration), sendIsNear);
+  return IsNear(last, settings_->GetTransmissionDuration(defaultPolicy.transmissionDuration), kSendIsNear);
 }
 
 void ZOLTSkipChecker::RecordPPSend(std::string_view id, OptionalTimeText time) {
@@ -103,7 +103,7 @@ void ZOLTSkipChecker::RecordPPSend(std::string_view id, OptionalTimeText time) {
 bool ZOLTSkipChecker::IsLastPPNormalNear(std::string_view id, OptionalTimeText time) {
   if (!ChecksApply()) return false;
   const std::string last = TimeOf(id, time, &IZOLTLocalSetting::GetLastPPNormalTime);
-  return IsNear(last, GetPPNormalInterval(defaultPPNormalDays), sendIsNear);
+  return IsNear(last, GetPPNormalInterval(kDefaultPPNormalDays), kSendIsNear);
 }
 
 void ZOLTSkipChecker::RecordPPNormal(std::string_view id, OptionalTimeText time) {

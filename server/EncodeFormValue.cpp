@@ -12,7 +12,7 @@ bool StaysAsItIs(char character) {
 }  // namespace
 
 std::string EncodeFormValue(std::string_view text) {
-  constexpr char digits[] = "0123456789abcdef";
+  constexpr char kDigits[] = "0123456789abcdef";
   std::string encoded;
   // A report is mostly markup and line ends, of which many bytes take three.
   encoded.reserve(text.size() * 2);
@@ -23,8 +23,8 @@ std::string EncodeFormValue(std::string_view text) {
     }
     const auto byte = static_cast<unsigned char>(character);
     encoded += '%';
-    encoded += digits[byte >> 4];
-    encoded += digits[byte & 0x0F];
+    encoded += kDigits[byte >> 4];
+    encoded += kDigits[byte & 0x0F];
   }
   return encoded;
 }

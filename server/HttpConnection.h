@@ -23,13 +23,13 @@ class HttpConnection {
  public:
   // Longest response body that Send keeps. Answers and documents have a few kilobytes; the parsed form of many small
   // elements takes some thirty times the memory of its text.
-  static constexpr std::size_t maximumResponse = 1024 * 1024;
+  static constexpr std::size_t kMaximumResponse = 1024 * 1024;
 
   // Longest time that Send spends on a response body, in milliseconds. WinINet's own time-outs hold for each read, so a
   // server that sends byte by byte could hold the process for days.
-  static constexpr std::uint32_t longestReading = 120'000;
+  static constexpr std::uint32_t kLongestReading = 120'000;
 
-  explicit HttpConnection(std::uint32_t readingLimit = longestReading) : readingLimit_(readingLimit) {}
+  explicit HttpConnection(std::uint32_t readingLimit = kLongestReading) : readingLimit_(readingLimit) {}
 
   // Open prepares a request; nothing is sent yet. `method` is the request verb. Of `url` the first 104 characters are
   // used. False when no request can be made of them, and for a URL that holds a control character.
@@ -40,7 +40,7 @@ class HttpConnection {
 
   // Send sends the request with `body`, which may be empty, and waits for the answer. True when it was sent, whatever
   // the server made of it. `status` is the HTTP status code, 0 when there was none. `response` is the body of a 200
-  // answer; empty for any other status, for a body longer than maximumResponse, and for one that takes too long.
+  // answer; empty for any other status, for a body longer than kMaximumResponse, and for one that takes too long.
   [[nodiscard]] bool Send(std::string_view body, std::string& response, std::uint32_t& status);
 
   // LastError answers the system error of a failed Send, otherwise 0.

@@ -11,18 +11,18 @@
 namespace zt {
 namespace {
 
-constexpr char agent[] = "ZOLTConnector";
+constexpr char kAgent[] = "ZOLTConnector";
 
 // The length that InternetCrackUrlA is told, whatever the URL's own: longer URLs are cut there. Kept on purpose.
-constexpr DWORD crackedUrlLength = 104;
+constexpr DWORD kCrackedUrlLength = 104;
 
-constexpr DWORD requestFlags = INTERNET_FLAG_NO_CACHE_WRITE | INTERNET_FLAG_IGNORE_REDIRECT_TO_HTTPS |
-                               INTERNET_FLAG_IGNORE_CERT_DATE_INVALID | INTERNET_FLAG_IGNORE_CERT_CN_INVALID;
+constexpr DWORD kRequestFlags = INTERNET_FLAG_NO_CACHE_WRITE | INTERNET_FLAG_IGNORE_REDIRECT_TO_HTTPS |
+                                INTERNET_FLAG_IGNORE_CERT_DATE_INVALID | INTERNET_FLAG_IGNORE_CERT_CN_INVALID;
 
-constexpr DWORD relaxedSecurityFlags = SECURITY_FLAG_IGNORE_REVOCATION | SECURITY_FLAG_IGNORE_UNKNOWN_CA |
-                                       SECURITY_FLAG_IGNORE_WRONG_USAGE | SECURITY_FLAG_IGNORE_CERT_CN_INVALID |
-                                       SECURITY_FLAG_IGNORE_CERT_DATE_INVALID;
-static_assert(requestFlags == 0x04007000 && relaxedSecurityFlags == 0x3380);
+constexpr DWORD kRelaxedSecurityFlags = SECURITY_FLAG_IGNORE_REVOCATION | SECURITY_FLAG_IGNORE_UNKNOWN_CA |
+                                        SECURITY_FLAG_IGNORE_WRONG_USAGE | SECURITY_FLAG_IGNORE_CERT_CN_INVALID |
+                                        SECURITY_FLAG_IGNORE_CERT_DATE_INVALID;
+static_assert(kRequestFlags == 0x04007000 && kRelaxedSecurityFlags == 0x3380);
 
 struct Url {
   bool secure = false;
@@ -38,7 +38,7 @@ bool CrackUrl(std::string url, Url& parts) {
   const auto isControl = [](char character) { return static_cast<unsigned char>(character) < ' '; };
   if (std::any_of(url.begin(), url.end(), isControl)) return false;
   // Zero-filled up to the length that is told, so that nothing past a short URL is read.
-  url.resize(std::max<std::size_t>(url.size(), crackedUrlLength));
+  url.resize(std::max<std::size_t>(url.size(), kCrackedUrlLength));
   std::array<char, 260> scheme{};
   URL_COMPONENTSA components{};
   components.dwStructSize = sizeof components;
@@ -52,7 +52,7 @@ bool CrackUrl(std::string url, Url& parts) {
   components.dwPasswordLength = static_cast<DWORD>(parts.password.size());
   components.lpszUrlPath = parts.path.data();
   components.dwUrlPathLength = static_cast<DWORD>(parts.path.size());
-  if (!InternetCrackUrlA(url.c_str(), crackedUrlLength, 0, &components)) return false;
+  if (!InternetCrackUrlA(url.c_str(), kCrackedUrlLength, 0, &components)) return false;
   parts.secure = components.nScheme == INTERNET_SCHEME_HTTPS;
   parts.port = components.nPort;
   return true;
@@ -69,7 +69,7 @@ void RelaxSecurity(HINTERNET request) {
   DWORD flags = 0;
   DWORD size = sizeof flags;
   InternetQueryOptionW(request, INTERNET_OPTION_SECURITY_FLAGS, &flags, &size);
-  flags |= relaxedSecurityFlags;
+  flags |= kRelaxedSecurityFlags;
   InternetSetOptionW(request, INTERNET_OPTION_SECURITY_FLAGS, &flags, sizeof flags);
 }
 
@@ -80,14 +80,14 @@ void InternetHandleTraits::Close(Type handle) { InternetCloseHandle(handle); }
 bool HttpConnection::Open(const std::string& method, const std::string& url) {
   Url parts;
   if (!CrackUrl(url, parts)) return false;
-  internet_ = InternetHandle(InternetOpenA(agent, INTERNET_OPEN_TYPE_PRECONFIG, nullptr, nullptr, 0));
+  internet_ = InternetHandle(InternetOpenA(kAgent, INTERNET_OPEN_TYPE_PRECONFIG, nullptr, nullptr, 0));
   if (!internet_) return false;
   connection_ = InternetHandle(InternetConnectA(internet_.Get(), parts.host.data(), parts.port, parts.user.data(),
                                                 parts.password.data(), INTERNET_SERVICE_HTTP, 0, 1));
   if (!connection_) return false;
   // "*/*" stands in the referrer's place and no list of accepted types is given, on purpose: servers know the agent so.
   request_ = InternetHandle(HttpOpenRequestA(connection_.Get(), method.c_str(), parts.path.data(), nullptr, "*/*",
-                                             nullptr, requestFlags | (parts.secure ? INTERNET_FLAG_SECURE : 0), 1));
+                                             nullptr, kRequestFlags | (parts.secure ? INTERNET_FLAG_SECURE : 0), 1));
   return static_cast<bool>(request_);
 }
 
@@ -135,8 +135,8 @@ std::string HttpConnection::ReadResponse() {
   DWORD available = 0;
   while (InternetQueryDataAvailable(request_.Get(), &available, 0, 0) && available != 0) {
     const std::size_t length = response.size();
-    if (available > maximumResponse - length) {
-      ZT_TRACE(Warning, "HTTP response is longer than " << maximumResponse << " bytes: dropped");
+    if (available > kMaximumResponse - length) {
+      ZT_TRACE(Warning, "HTTP response is longer than " << kMaximumResponse << " bytes: dropped");
       return {};
     }
     if (GetTickCount64() - begun >= readingLimit_) {

@@ -31,14 +31,14 @@ const char* FindModelLevel(const tinyxml2::XMLElement* models, std::string_view 
 }  // namespace
 
 bool ReadDateAnswer(std::string_view xml, ServerAnswer& answer) {
-  constexpr std::size_t dateLength = 10;  // YYYY-MM-DD
+  constexpr std::size_t kDateLength = 10;  // YYYY-MM-DD
   tinyxml2::XMLDocument document;
   const tinyxml2::XMLElement* root = ParseRoot(document, xml);
   if (!root) return false;
   if (ReadResult(root) == UploadResult::NoMoreService) answer.SetNoMoreService();
   if (const char* text = ChildText(root, "LastDate")) {
     const std::string_view date = text;
-    if (date.size() >= dateLength) answer.SetLastDate(date.substr(0, dateLength));
+    if (date.size() >= kDateLength) answer.SetLastDate(date.substr(0, kDateLength));
   }
   if (const char* days = ChildText(root, "PostIntervalDays")) answer.SetPostIntervalDays(days);
   return true;

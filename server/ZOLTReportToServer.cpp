@@ -9,7 +9,7 @@
 namespace zt {
 namespace {
 
-constexpr std::uint32_t retryWaitMilliseconds = 3000;
+constexpr std::uint32_t kRetryWaitMilliseconds = 3000;
 
 bool JudgeUpload(std::string_view xml, ServerAnswer& answer) {
   switch (ReadUploadResult(xml)) {
@@ -72,7 +72,7 @@ bool ZOLTReportToServer::Upload(std::string_view page, std::string_view document
     }
     if (retries == 0) return false;
     ZT_TRACE(Warning, "Retry to server...");
-    sleep_(retryWaitMilliseconds);
+    sleep_(kRetryWaitMilliseconds);
   }
 }
 

@@ -19,8 +19,8 @@
 
 namespace {
 
-constexpr DWORD defaultSeconds = 10;
-constexpr DWORD pollMilliseconds = 50;
+constexpr DWORD kDefaultSeconds = 10;
+constexpr DWORD kPollMilliseconds = 50;
 
 std::wstring TextOf(HWND window) {
   // A window whose program hangs must not hang its observer.
@@ -102,7 +102,7 @@ bool Await(DWORD seconds, const std::function<bool()>& condition) {
   const ULONGLONG end = GetTickCount64() + seconds * 1000ULL;
   while (!condition()) {
     if (GetTickCount64() >= end) return false;
-    Sleep(pollMilliseconds);
+    Sleep(kPollMilliseconds);
   }
   return true;
 }
@@ -155,7 +155,7 @@ std::optional<bool> Run(const std::vector<std::wstring>& words) {
     return words[0] == command && count >= least && count <= most;
   };
   const auto secondsAt = [&](size_t index) {
-    return count > index ? static_cast<DWORD>(wcstoul(words[index].c_str(), nullptr, 10)) : defaultSeconds;
+    return count > index ? static_cast<DWORD>(wcstoul(words[index].c_str(), nullptr, 10)) : kDefaultSeconds;
   };
   if (count == 0) return std::nullopt;
   if (is(L"list", 1, 1)) return List();

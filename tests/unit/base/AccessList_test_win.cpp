@@ -1,8 +1,7 @@
-#include "AccessList.h"
-
 #include <gtest/gtest.h>
 #include <windows.h>
 
+#include "AccessList.h"
 #include "Handle.h"
 #include "TempFolder.h"
 

@@ -138,7 +138,7 @@ TEST(PostFormOverHttp, SendsTheFormAndItsHeaders) {
 }
 
 TEST(HttpConnection, ReadsTheBodyOf200Only) {
-  const std::string large(HttpConnection::maximumResponse, 'y');
+  const std::string large(HttpConnection::kMaximumResponse, 'y');
   const struct {
     const char* name;
     std::string reply;
