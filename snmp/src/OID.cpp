@@ -16,6 +16,9 @@ bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
 OID::OID(const char* text) noexcept { setValue(text); }
 
+// A copy first: were memory to run out between text and encoding, the one would be sent and the other shown.
+OID& OID::operator=(const OID& other) { return *this = OID(other); }
+
 EnumDataType OID::getDataType() const noexcept { return DataTypeOID; }
 const char* OID::toString() const noexcept { return text_.c_str(); }
 int OID::isValid() const noexcept { return StatusSuccess; }

@@ -13,6 +13,10 @@ class ZTSNMP_API OID : public SNMPDataType {
  public:
   OID() = default;
   explicit OID(const char* text) noexcept;
+  OID(const OID&) = default;
+  OID& operator=(const OID& other);
+  OID(OID&&) noexcept = default;
+  OID& operator=(OID&&) noexcept = default;
 
   [[nodiscard]] EnumDataType getDataType() const noexcept override;
   [[nodiscard]] const char* toString() const noexcept override;  ///< the dotted text
