@@ -53,9 +53,8 @@ int IPInterface::openSocket(SocketAddress local) {
   if (local.family == Family::Other) return StatusSuccess;
   if (local.family == Family::IPv6) {
     // Only link-local IPv6 addresses are used, on purpose: printers are neighbours.
-    const std::string text = numericText(local);
-    if (!text.starts_with(kLinkLocalPrefix)) return StatusSuccess;
-    const std::uint32_t scope = scopeOf(text);
+    if (!numericText(local).starts_with(kLinkLocalPrefix)) return StatusSuccess;
+    const std::uint32_t scope = scopeOf(local);
     if (scope == 0) return StatusSuccess;
     setScope(local, scope);
   }
@@ -68,17 +67,22 @@ int IPInterface::openSocket(SocketAddress local) {
   return StatusSuccess;
 }
 
-std::uint32_t IPInterface::scopeOf(std::string_view linkLocalText) {
+std::uint32_t IPInterface::scopeOf(const SocketAddress& local) {
   // The scan of the adapters takes milliseconds, more than all the rest together, so it waits until a link-local
   // address asks for it.
   if (!linkLocals_) {
     linkLocals_ = linkLocalAddresses();
     if (linkLocals_->size() > kMaxLinkLocals) linkLocals_->resize(kMaxLinkLocals);
   }
+  // Several adapters may have one address (a VLAN has that of its adapter): the zone, when there is one, tells which.
+  const std::string exact = linkLocalText(local);
+  const std::string text = numericText(local);
+  std::uint32_t scope = 0;
   for (const std::string& known : *linkLocals_) {
-    if (withoutZone(known) == withoutZone(linkLocalText) && zoneOf(known) != 0) return zoneOf(known);
+    if (known == exact) return zoneOf(known);
+    if (scope == 0 && withoutZone(known) == withoutZone(text)) scope = zoneOf(known);
   }
-  return 0;
+  return scope;
 }
 
 int IPInterface::transmit(const Target& target, std::span<const std::uint8_t> data) {

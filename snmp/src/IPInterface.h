@@ -43,7 +43,7 @@ class IPInterface : public CommInterface {
  private:
   [[nodiscard]] int openSocket(SocketAddress local);
   /// scopeOf answers the zone index of a local link-local address, 0 when it is not known.
-  [[nodiscard]] std::uint32_t scopeOf(std::string_view linkLocalText);
+  [[nodiscard]] std::uint32_t scopeOf(const SocketAddress& local);
   [[nodiscard]] bool setBroadcast(bool on);
   /// wait waits with retries for one of the sockets: 0, or the code of the last thing that went wrong.
   [[nodiscard]] int wait(WaitFor what, ReadySet& ready) const;

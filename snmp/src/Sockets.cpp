@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "SystemSockets.h"
+#include "ztsnmp/IPAddress.h"
 
 namespace ztsnmp {
 
@@ -37,6 +38,17 @@ LookupResult lookUp(const char* host, const char* service, int flags, AddressLis
   return error == 0 && first != nullptr ? LookupResult::Found : LookupResult::Failed;
 }
 
+/// An IPv4 address without the leading zeros that systems take for those of octal numbers; any other text as it is.
+std::string withoutLeadingZeros(const char* address) {
+  std::string text(address);
+  if (IPAddress::isValidAddress(address) != StatusSuccess) return text;
+  for (std::size_t at = 0; at != std::string::npos; at = text.find('.', at)) {
+    if (at != 0) ++at;
+    while (text[at] == '0' && at + 1 < text.size() && text[at + 1] != '.') text.erase(at, 1);
+  }
+  return text;
+}
+
 }  // namespace
 
 LookupResult resolve(const char* host, const char* service, std::vector<SocketAddress>& found) {
@@ -50,7 +62,10 @@ LookupResult resolve(const char* host, const char* service, std::vector<SocketAd
 
 LookupResult resolveNumeric(const char* address, const char* service, SocketAddress& found) {
   AddressList list;
-  if (const auto result = lookUp(address, service, AI_NUMERICHOST, list); result != LookupResult::Found) return result;
+  const std::string decimal = withoutLeadingZeros(address);
+  if (const auto result = lookUp(decimal.c_str(), service, AI_NUMERICHOST, list); result != LookupResult::Found) {
+    return result;
+  }
   found = toSocketAddress(list->ai_addr, static_cast<std::size_t>(list->ai_addrlen));
   return LookupResult::Found;
 }
@@ -92,7 +107,7 @@ void setScope(SocketAddress& address, std::uint32_t scope) {
 
 Socket Socket::open(Family family) {
   const int nativeFamily = family == Family::IPv6 ? AF_INET6 : AF_INET;
-  return {static_cast<std::intptr_t>(::socket(nativeFamily, SOCK_DGRAM, IPPROTO_UDP)), family};
+  return {static_cast<std::intptr_t>(openNative(nativeFamily)), family};
 }
 
 Socket::Socket(Socket&& other) noexcept : handle_(std::exchange(other.handle_, kNone)), family_(other.family_) {}

@@ -33,7 +33,8 @@ enum class LookupResult { Found, NoData, Failed };
 /// port number as text, or null for port 0. An empty name is nobody's: Failed.
 [[nodiscard]] LookupResult resolve(const char* host, const char* service, std::vector<SocketAddress>& found);
 
-/// resolveNumeric does the same for a numeric address, without asking anyone.
+/// resolveNumeric does the same for a numeric address, without asking anyone. The numbers of an IPv4 address are
+/// decimal, with leading zeros too, as `IPAddress` reads them.
 [[nodiscard]] LookupResult resolveNumeric(const char* address, const char* service, SocketAddress& found);
 
 /// toSocketAddress copies the system's own form (a `sockaddr` of `length` bytes).

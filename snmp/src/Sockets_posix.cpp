@@ -6,9 +6,11 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <memory>
+#include <utility>
 
 #include "Sockets.h"
 #include "SystemSockets.h"
@@ -45,6 +47,8 @@ SocketAddress addressOf(const ifaddrs& interface) {
 }
 
 }  // namespace
+
+NativeSocket openNative(int family) { return ::socket(family, SOCK_DGRAM | SOCK_CLOEXEC, IPPROTO_UDP); }
 
 bool makeNonBlocking(NativeSocket handle) {
   int on = 1;

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <memory>
+#include <utility>
 
 #include "Sockets.h"
 #include "SystemSockets.h"
@@ -42,6 +43,10 @@ struct CloseHandleOf {
 };
 
 }  // namespace
+
+NativeSocket openNative(int family) {
+  return WSASocketW(family, SOCK_DGRAM, IPPROTO_UDP, nullptr, 0, WSA_FLAG_OVERLAPPED | WSA_FLAG_NO_HANDLE_INHERIT);
+}
 
 bool makeNonBlocking(NativeSocket handle) {
   u_long on = 1;

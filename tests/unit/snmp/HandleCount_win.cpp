@@ -13,3 +13,9 @@ unsigned long handleCount() {
   CloseHandle(event);
   return static_cast<unsigned long>(reinterpret_cast<std::uintptr_t>(event));
 }
+
+bool isInherited(std::intptr_t handle) {
+  DWORD flags = HANDLE_FLAG_INHERIT;
+  GetHandleInformation(reinterpret_cast<HANDLE>(handle), &flags);
+  return (flags & HANDLE_FLAG_INHERIT) != 0;
+}

@@ -4,6 +4,7 @@
 
 #include <chrono>
 
+#include "HandleCount.h"
 #include "IPInterface.h"
 #include "LoopbackAgent.h"
 #include "ztsnmp/ztsnmp.h"
@@ -81,6 +82,17 @@ TEST_F(NetworkTest, AnswersFromElsewhereCount) {
   LoopbackAgent agent({kGood}, "0.0.0.0");  // answers from 127.0.0.1 what 127.0.0.2 was asked
   target.setAgentAddress("127.0.0.2");
   EXPECT_EQ(manager.get(pdu, target), 0);
+}
+
+// Systems take numbers with leading zeros for octal: 127.0.0.8 would be asked.
+TEST_F(NetworkTest, AddressesAreDecimal) {
+  LoopbackAgent agent({kGood}, "127.0.0.10");
+  target.setAgentAddress("127.000.0.010");
+  EXPECT_EQ(manager.get(pdu, target), 0);
+}
+
+TEST_F(NetworkTest, SocketsAreNotInherited) {
+  EXPECT_FALSE(isInherited(ztsnmp::Socket::open(ztsnmp::Family::IPv4).handle()));
 }
 
 TEST_F(NetworkTest, TransportChecksItsInput) {

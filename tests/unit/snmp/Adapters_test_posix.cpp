@@ -1,0 +1,47 @@
+// Adapters of this machine: this program runs in a network of its own, where it may make some.
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <chrono>
+#include <cstdlib>
+
+#include "Hex.h"
+#include "IPInterface.h"
+
+namespace {
+
+// An adapter and its VLAN have one link-local address. Here the loopback and "near" have; the agent is "far".
+TEST(Adapters, OfOneLinkLocalAddressAreToldApart) {
+  ASSERT_EQ(std::system("ip link add near type veth peer name far && ip link set near addrgenmode none up &&"
+                        "ip link set far addrgenmode none up && ip addr add fe80::a1/64 dev lo nodad &&"
+                        "ip addr add fe80::a1/64 dev near nodad"),
+            0);
+  {
+    ztsnmp::IPInterface transport;
+    EXPECT_EQ(transport.initialize(), 0);
+
+    EXPECT_EQ(std::system("ip addr add fe80::101/64 dev far nodad"), 0);
+    std::array agent{ztsnmp::Socket::open(ztsnmp::Family::IPv6)};
+    ztsnmp::SocketAddress address;
+    EXPECT_EQ(ztsnmp::resolveNumeric("fe80::101%far", "161", address), ztsnmp::LookupResult::Found);
+    EXPECT_TRUE(agent[0].bind(address));
+
+    transport.setRetryCount(0);
+    transport.setTimeout(1);
+    EXPECT_EQ(transport.transmitTo("fe80::101%near", Bytes(1)), 0);
+    Bytes buffer(10);
+    std::size_t received = 0;
+    ztsnmp::ReadySet ready;
+    for (int requests = 0; requests < 2; ++requests) {  // one from each of the two sockets
+      EXPECT_EQ(ztsnmp::waitForSockets(agent, ztsnmp::WaitFor::Readable, std::chrono::seconds(1), ready),
+                ztsnmp::WaitResult::Ready);
+      EXPECT_TRUE(agent[0].receiveFrom(buffer, received, address));
+      EXPECT_TRUE(agent[0].sendTo(Bytes(1), address));
+    }
+    EXPECT_EQ(transport.receive(buffer, received, nullptr), 0);
+  }
+  EXPECT_EQ(std::system("ip link del near && ip addr del fe80::a1/64 dev lo"), 0);
+}
+
+}  // namespace
