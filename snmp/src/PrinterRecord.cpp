@@ -43,7 +43,9 @@ int PrinterRecord::decodeSAPPacket(std::span<const std::uint8_t> packet, Printer
     const auto name = reader.take(kNameLength);
     const auto address = reader.take(kAddressLength);
     if (!service || !name || !address || !reader.take(kTrailerLength)) return StatusGeneralError;
-    if (std::ranges::find(kPrinterServices, toNumber(*service)) == std::end(kPrinterServices)) continue;
+    if (std::find(std::begin(kPrinterServices), std::end(kPrinterServices), toNumber(*service)) ==
+        std::end(kPrinterServices))
+      continue;
 
     const auto end = std::find(name->begin(), name->end(), std::uint8_t{0});
     Printer decoded(printer);
