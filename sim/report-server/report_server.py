@@ -236,6 +236,8 @@ def main():
     sequences = {}
     for entry in options.answer:
         page, _, what = entry.partition("=")
+        if not (what == "drop" or what.isdigit() or os.path.isfile(what)):
+            parser.error(f"{entry!r} is not PAGE=FILE, and there is no such file")
         sequences.setdefault(page, []).append(_answer_for(what))
     show = lambda request: print(show_request(request), flush=True)
     with ReportServer(options.port, options.tls, options.address, show) as server:

@@ -229,10 +229,14 @@ def main():
         return
     if not options.data_file:
         parser.error("a data file is needed")
+    try:
+        rules = [parse_rule(text) for text in options.rule]
+    except ValueError as error:
+        parser.error(f"{error}; --rules lists them")
     with HostileAgent(options.data_file, options.community, options.address, options.port,
                       on_request=lambda request: print(request, flush=True)) as agent:
-        for text in options.rule:
-            agent.misbehave(*parse_rule(text))
+        for rule, top in rules:
+            agent.misbehave(rule, top)
         print(f"{options.data_file} answers on {options.address} port {agent.port}", flush=True)
         try:
             threading.Event().wait()
@@ -241,10 +245,15 @@ def main():
 
 
 def parse_rule(text):
-    """The rule and the name of a text such as "error 2 1 @1.3.6.1.2.1.43"."""
-    name, *words = shlex.split(text)
+    """The rule and the name of a text such as "error 2 1 @1.3.6.1.2.1.43". Raises ValueError."""
+    name, *words = shlex.split(text) or [""]
     top = words.pop()[1:] if words and words[-1].startswith("@") else ""
-    return RULES[name](*map(_argument, words)), top
+    if name not in RULES:
+        raise ValueError(f"no such rule: {text!r}")
+    try:
+        return RULES[name](*map(_argument, words)), top
+    except TypeError:
+        raise ValueError(f"wrong arguments: {text!r}, {name}{inspect.signature(RULES[name])}") from None
 
 
 def _argument(word):

@@ -102,4 +102,6 @@ if __name__ == "__main__":
         sys.exit(f"usage: {sys.argv[0]} PREFIX SCRIPT")
     target = Prefix.__new__(Prefix)
     target.folder = Path(sys.argv[1])
+    if not (target.folder / "system.reg").is_file():
+        sys.exit(f"{target.folder} is no Wine prefix")
     UsbPrinters(target, Path(sys.argv[2]).read_text(encoding="latin-1"))
