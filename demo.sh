@@ -9,6 +9,11 @@
 set -euo pipefail
 cd "$(dirname "$0")"
 
+if [[ $# -gt 1 || ! ${1:-} =~ ^(--usb|--wsd|--virtual|--protection)?$ ]]; then
+  echo "usage: ./demo.sh [--usb | --wsd | --virtual | --protection]" >&2
+  exit 2
+fi
+
 say() { printf '\n== %s\n' "$*"; }
 
 say "Packages and sources"
