@@ -4,6 +4,7 @@
 #include <cstring>
 #include <new>
 #include <string_view>
+#include <utility>
 
 #include "BerReader.h"
 #include "HexText.h"
@@ -48,13 +49,13 @@ int PrinterRecord::decodeSAPPacket(std::span<const std::uint8_t> packet, Printer
       continue;
 
     const auto end = std::find(name->begin(), name->end(), std::uint8_t{0});
-    Printer decoded(printer);
+    OctetString decoded;
     const auto nameLength = static_cast<std::uint64_t>(end - name->begin());
-    if (decoded.name_.setValue(name->data(), nameLength) != StatusSuccess ||
-        decoded.setIPXAddress(IPXAddress(HtoA(*address).c_str())) != StatusSuccess) {
+    if (decoded.setValue(name->data(), nameLength) != StatusSuccess ||
+        printer.setIPXAddress(IPXAddress(HtoA(*address).c_str())) != StatusSuccess) {
       return StatusGeneralError;
     }
-    printer = decoded;
+    printer.name_ = std::move(decoded);
     return StatusSuccess;
   }
 } catch (const std::bad_alloc&) {
@@ -62,22 +63,29 @@ int PrinterRecord::decodeSAPPacket(std::span<const std::uint8_t> packet, Printer
 }
 
 int PrinterRecord::makePrinterObject(const ReqRespPDU& answer, Printer& printer) noexcept try {
+  OctetString sysName = printer.name_;
+  OctetString description = printer.description_;
+  Integer status = printer.status_;
   bool filled = false;
   for (int i = 0; i < answer.getVarBindCount(); ++i) {
     const VarBind& binding = answer.getVarBind(static_cast<unsigned>(i));
     const std::string_view name = binding.getOID().getValue();
     const SNMPDataType& value = binding.getValue();
     if (name == kSysName && value.getDataType() == DataTypeOctetString) {
-      printer.name_ = static_cast<const OctetString&>(value);
+      sysName = static_cast<const OctetString&>(value);
     } else if (name == kDeviceDescription && value.getDataType() == DataTypeOctetString) {
-      printer.description_ = static_cast<const OctetString&>(value);
+      description = static_cast<const OctetString&>(value);
     } else if (name == kPrinterStatus && value.getDataType() == DataTypeInteger) {
-      printer.status_ = static_cast<const Integer&>(value);
+      status = static_cast<const Integer&>(value);
     } else {
       continue;
     }
     filled = true;
   }
+  // Nothing from here on can fail.
+  printer.name_ = std::move(sysName);
+  printer.description_ = std::move(description);
+  printer.status_ = status;
   return filled ? StatusSuccess : StatusGeneralError;
 } catch (const std::bad_alloc&) {
   return StatusGeneralError;

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <span>
 #include <string>
@@ -9,6 +10,7 @@
 #include "FailingMemory.h"
 #include "Hex.h"
 #include "MessageCodec.h"
+#include "PrinterRecord.h"
 #include "ztsnmp/ztsnmp.h"
 
 namespace {
@@ -32,6 +34,11 @@ std::string stateOf(const ReqRespPDU& pdu) {
 std::string stateOf(const Target& target) {
   return std::string(target.getReadCommunity()) + ' ' + target.getWriteCommunity() + ' ' +
          target.getIPv6Address(0).getValue();
+}
+
+std::string stateOf(const Printer& printer) {
+  return std::string(printer.getName().toString()) + ' ' + printer.getDescription().toString() + ' ' +
+         printer.getIPXAddress().getValue();
 }
 
 /// Lets the change fail at each of its allocations in turn, until there are enough.
@@ -78,6 +85,21 @@ TEST(OutOfMemory, KeepsWhatWas) {
   const Target target;
   check("setReadCommunity", target, [](Target& it) { return it.setReadCommunity("twenty-five characters ab"); });
   check("setWriteCommunity", target, [](Target& it) { return it.setWriteCommunity("twenty-five characters ab"); });
+
+  ReqRespPDU described;
+  for (const char* name : {"1.3.6.1.2.1.1.5.0", "1.3.6.1.2.1.25.3.2.1.3.1"}) {
+    VarBind text{OID(name)};
+    text.setValue(kLongText);
+    described.addVarBind(text);
+  }
+  check("makePrinterObject", Printer(),
+        [&](Printer& it) { return ztsnmp::PrinterRecord::makePrinterObject(described, it); });
+  Bytes advertisement(66, 'n');  // a general response of one print server whose name fills its field
+  const Bytes head{0, 2, 0, 7};
+  std::copy(head.begin(), head.end(), advertisement.begin());
+  check("decodeSAPPacket", Printer(),
+        [&](Printer& it) { return ztsnmp::PrinterRecord::decodeSAPPacket(advertisement, it); });
+
   const IPv6Address address("fe80::1234:5678:9abc:def0%12");
   check("setIPv6Address", target, [&](Target& it) { return it.setIPv6Address(address); });
 }
