@@ -6,6 +6,8 @@
 ///
 ///   #include <ztsnmp/ztsnmp.h>
 ///
+///   #include <cstdio>
+///
 ///   int main() {
 ///     if (SNMPStartup() != 0) return 1;
 ///     Target target;

@@ -76,7 +76,10 @@ def build_with_pkg_config(package, prefix, work, compiler, flags):
     folder.mkdir()
     words = run("pkg-config", "--cflags", "--libs", package, env={
         **os.environ, "PKG_CONFIG_PATH": f"{prefix}/lib/pkgconfig"}).split()
-    program = folder / ("get.exe" if "mingw" in compiler else "get")
+    program = folder / "get"
+    if "mingw" in compiler:
+        program = folder / "get.exe"
+        flags = ["-static", *flags]  # the compiler's runtime, as examples/CMakeLists.txt does
     run(compiler, "-std=c++20", ROOT / "examples/get.cpp", "-o", program, *words, *flags, f"-Wl,-rpath,{prefix}/lib")
     return folder
 
