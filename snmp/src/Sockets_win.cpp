@@ -6,7 +6,9 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <memory>
+#include <string_view>
 #include <utility>
 
 #include "Sockets.h"
@@ -15,7 +17,15 @@
 
 int SNMPStartup() noexcept {
   WSADATA data{};
-  return WSAStartup(MAKEWORD(2, 2), &data);
+  const int error = WSAStartup(MAKEWORD(2, 2), &data);
+  if (error != 0) {
+    constexpr std::string_view kFailed = "SNMP_WSAStartup(MAKEWORD(2,2)) failed, Error=";
+    std::array<char, kFailed.size() + 16> text{};
+    char* const number = std::copy(kFailed.begin(), kFailed.end(), text.data());
+    *std::to_chars(number, number + 11, error).ptr = '\n';
+    OutputDebugStringA(text.data());
+  }
+  return error;
 }
 
 void SNMPCleanup() noexcept { WSACleanup(); }

@@ -27,7 +27,7 @@ enum EnumProtocol : unsigned long {
 };
 
 /// SNMPStartup starts the sockets layer. Call it once before the first operation. 0 on success, else the sockets
-/// layer's own (positive) error number.
+/// layer's own (positive) error number, which the debugger output hears as well.
 ZTSNMP_API int SNMPStartup() noexcept;
 
 /// SNMPCleanup releases the sockets layer, once for each successful `SNMPStartup`.
