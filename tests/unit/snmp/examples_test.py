@@ -11,6 +11,8 @@ import tempfile
 
 ROOT = pathlib.Path(__file__).resolve().parents[3]
 WITH_SNMPD = [sys.executable, str(ROOT / "sim/snmp-agent/with_snmpd.py")]
+WITH_PRINTERS = [sys.executable, str(ROOT / "sim/snmp-agent/with_printers.py")]
+PRINTERS = {"10.9.0.101", "10.9.0.102", "10.9.0.103", "10.9.0.104", "10.9.5.105"}
 
 WALK = """1.3.6.1.4.1.53017.99.2.1.1 = 10
 1.3.6.1.4.1.53017.99.2.1.3 = 30
@@ -39,13 +41,12 @@ def run(*command, **options):
     return done.stdout
 
 
-def run_example(folder, arguments):
+def run_example(folder, arguments, world=WITH_SNMPD):
     program = folder / arguments[0]
     if program.with_suffix(".exe").exists():
         return subprocess.run([ROOT / "sim/wine-run", program.with_suffix(".exe"), *arguments[1:]],
-                              env={**os.environ, "WINE_RUN_INSIDE": " ".join(WITH_SNMPD)}, capture_output=True, text=True)
-    return subprocess.run([ROOT / "sim/in-namespace", *WITH_SNMPD, program, *arguments[1:]],
-                          capture_output=True, text=True)
+                              env={**os.environ, "WINE_RUN_INSIDE": " ".join(world)}, capture_output=True, text=True)
+    return subprocess.run([ROOT / "sim/in-namespace", *world, program, *arguments[1:]], capture_output=True, text=True)
 
 
 def failures_of(runs, form, folder, prefix):
@@ -61,6 +62,16 @@ def failures_of(runs, form, folder, prefix):
             print(f"exit code {done.returncode} instead of {status}\n{done.stdout}{done.stderr}")
             failures += 1
     return failures
+
+
+def discovery_fails(form, folder):
+    done = run_example(folder, ["discover"], WITH_PRINTERS)
+    # In any order; a host with several adapters may answer over each, and over IPv6 too.
+    good = done.returncode == 0 and PRINTERS <= {line.split()[0] for line in done.stdout.splitlines()}
+    print(f"{'passed' if good else 'FAILED'}: discover ({form})")
+    if not good:
+        print(f"exit code {done.returncode}\n{done.stdout}{done.stderr}")
+    return not good
 
 
 def build_with_cmake(form, prefix, work, cmake_arguments):
@@ -97,7 +108,8 @@ def main():
         prefix = work / "installed"
         run("cmake", "--install", build_tree, "--prefix", prefix)
         for form in ("ztsnmp", "static"):
-            failures += failures_of(RUNS, form, build_with_cmake(form, prefix, work, cmake_arguments), prefix)
+            folder = build_with_cmake(form, prefix, work, cmake_arguments)
+            failures += failures_of(RUNS, form, folder, prefix) + discovery_fails(form, folder)
         for package in ("ztsnmp", "ztsnmp-static"):
             folder = build_with_pkg_config(package, prefix, work, compiler, flags)
             failures += failures_of([GET], f"pkg-config {package}", folder, prefix)
