@@ -37,13 +37,13 @@ void deliver(const ReqRespPDU& question, std::span<const std::uint8_t> message, 
 }
 
 /// Hands over the answers that come in; how many datagrams there were.
-int collectAnswers(CommInterface& transport, const ReqRespPDU& question, std::chrono::seconds limit,
+int collectAnswers(CommInterface& transport, const ReqRespPDU& question, std::chrono::seconds wait,
                    const AnswerHandler& onAnswer, const StatusHandler& onStatus) {
   using Clock = std::chrono::steady_clock;
-  const auto end = Clock::now() + limit;
+  const auto end = Clock::now() + wait * kMaxWaits;
   std::array<std::uint8_t, MessageCodec::kMaxMessage> buffer;
   int datagrams = 0;
-  while (Clock::now() < end) {
+  while (Clock::now() + wait <= end) {  // No wait begins that could last longer.
     std::size_t received = 0;
     std::string sender;
     const int status = transport.receive(buffer, received, &sender);
@@ -94,8 +94,7 @@ int askEveryone(ReqRespPDU& pdu, EnumPDUType type, const char* community, int se
     // Where some networks could not be reached, the others are listened to all the same.
     if (status != StatusSuccess && status != StatusBroadcastSendError) continue;
     onStatus(DetectionStarted);
-    const int datagrams =
-        collectAnswers(*transport, pdu, std::chrono::seconds(seconds) * kMaxWaits, onAnswer, onStatus);
+    const int datagrams = collectAnswers(*transport, pdu, std::chrono::seconds(seconds), onAnswer, onStatus);
     reached = reached || status == StatusSuccess || datagrams > 0;
   }
   onStatus(reached ? DetectionFinished : DetectionFailed);
