@@ -132,7 +132,9 @@ void PPAProcessor::Run(const PPARunOptions& options, IZOLTDataProvider& provider
   record.SetAgreement(client.GetAgreement());
   const std::string document = record.ToText();
   // What is wrong with it is noted for support. The server decides what it takes.
-  if (std::string findings; !PPAInformation::ValidateXml(document, findings)) ZT_TRACE(Warning, findings);
+  if (std::string findings; !PPAInformation::ValidateXml(document, findings)) {
+    ZT_TRACE(Warning, std::string_view(findings).substr(0, ReportRecord::kLongestFindings));
+  }
   if (options.showResult) {
     if (!confirm_(document)) {
       ZT_TRACE(Warning, "cancel sending...");

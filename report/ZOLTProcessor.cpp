@@ -74,7 +74,9 @@ void ZOLTProcessor::Run(const ZOLTRunOptions& options, IZOLTDataProvider& provid
   }
   const std::string document = record.ToText();
   // What is wrong with it is noted for support. The server decides what it takes.
-  if (std::string findings; !ZOLTInformation::ValidateXml(document, findings)) ZT_TRACE(Warning, findings);
+  if (std::string findings; !ZOLTInformation::ValidateXml(document, findings)) {
+    ZT_TRACE(Warning, std::string_view(findings).substr(0, ReportRecord::kLongestFindings));
+  }
   if (options.showResult) {
     if (!confirm_(document)) {
       ZT_TRACE(Information, "cancel sending...");

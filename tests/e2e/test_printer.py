@@ -371,6 +371,13 @@ class DocumentTest(PrinterTestCase):
                 web.answer("rds/rds.xml", answer)
                 self.assert_collection_failed("/xml error")
 
+    def test_document_of_countless_toners(self):
+        web = self.report_server(port=80)
+        web.answer("rds/rds.xml", answers.Answer(self.good.replace("</Supplies>", "<Toner/>" * 100000 + "</Supplies>")))
+        result = self.run_agent()
+        self.assert_ends_with(result, "4 send sucessfully...")
+        self.assertLess(max(len(text) for text in result.log_texts), 2100)
+
     def test_late_document(self):
         web = self.report_server(port=80)
         web.answer("rds/rds.xml", answers.trickling(answers.Answer(self.good[:1500]), 0.001))
