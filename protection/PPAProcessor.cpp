@@ -2,6 +2,7 @@
 
 #include "CodePage.h"
 #include "PPAInformation.h"
+#include "ReportXml.h"
 #include "Trace.h"
 
 namespace zt {
@@ -133,7 +134,7 @@ void PPAProcessor::Run(const PPARunOptions& options, IZOLTDataProvider& provider
   const std::string document = record.ToText();
   // What is wrong with it is noted for support. The server decides what it takes.
   if (std::string findings; !PPAInformation::ValidateXml(document, findings)) {
-    ZT_TRACE(Warning, std::string_view(findings).substr(0, ReportRecord::kLongestFindings));
+    ZT_TRACE(Warning, BeginningOfFindings(findings));
   }
   if (options.showResult) {
     if (!confirm_(document)) {

@@ -27,10 +27,6 @@ struct ElementMessage;
 // operations is part of the interface.
 class ReportRecord {
  public:
-  // Most characters of a report's findings that are traced. Four toners that lack everything stay below; a printer's
-  // own document may hold any number of them.
-  static constexpr std::size_t kLongestFindings = 2000;
-
   // ReadTonerXml reads one `Toner` element and adds the toner; one without a valid colour is not added. True when it
   // appended no message.
   virtual bool ReadTonerXml(const tinyxml2::XMLElement& element, std::string& messages) = 0;

@@ -31,4 +31,8 @@ const tinyxml2::XMLElement* FindReport(const tinyxml2::XMLDocument& document);
 // true only when it appended none. A document that does not parse replaces the messages by "error:invalid xml data".
 bool ValidateReport(std::string_view document, const ReportRules& rules, std::string& messages);
 
+// BeginningOfFindings answers as much of a report's findings as a trace line takes: all those of four toners. A
+// document that the printer delivered may hold any number of faulty toners. The result points into `findings`.
+std::string_view BeginningOfFindings(std::string_view findings);
+
 }  // namespace zt

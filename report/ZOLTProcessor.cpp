@@ -1,5 +1,6 @@
 #include "ZOLTProcessor.h"
 
+#include "ReportXml.h"
 #include "Trace.h"
 #include "ZOLTInformation.h"
 
@@ -75,7 +76,7 @@ void ZOLTProcessor::Run(const ZOLTRunOptions& options, IZOLTDataProvider& provid
   const std::string document = record.ToText();
   // What is wrong with it is noted for support. The server decides what it takes.
   if (std::string findings; !ZOLTInformation::ValidateXml(document, findings)) {
-    ZT_TRACE(Warning, std::string_view(findings).substr(0, ReportRecord::kLongestFindings));
+    ZT_TRACE(Warning, BeginningOfFindings(findings));
   }
   if (options.showResult) {
     if (!confirm_(document)) {
