@@ -1,17 +1,20 @@
 #!/usr/bin/env python3
-"""with_snmpd.py [--compare] COMMAND [ARG...]: runs COMMAND beside an SNMP agent on UDP port 161, in a network of its
-own (sim/in-namespace), and passes its exit code on.
+"""with_snmpd.py [--compare] COMMAND [ARG...]: runs COMMAND beside an SNMP agent on UDP port 161 of 127.0.0.1, in a network
+of its own (sim/in-namespace), and passes its exit code on.
 
-With --compare, everything on the wire is captured and decoded by tshark. COMMAND says on lines that begin with
-"PACKET " which packets it believes to have sent and received; the two must agree, packet by packet.
+With --compare, every datagram to and from the agent goes through a relay and is then decoded by tshark. COMMAND says on
+lines that begin with "PACKET " which packets it believes to have sent and received; the two must agree, packet by packet.
 """
 
 import os
 import pathlib
+import select
 import socket
+import struct
 import subprocess
 import sys
 import tempfile
+import threading
 import time
 import xml.etree.ElementTree as ElementTree
 
@@ -20,8 +23,14 @@ import snmp_client
 
 HERE = pathlib.Path(__file__).resolve().parent
 KINDS = {"0": "get-request", "1": "get-next-request", "2": "get-response", "3": "set-request"}
-MARK_PORT = 16161  # nobody's
+AGENT = ("127.0.0.1", 161)
+BEHIND_RELAY = ("127.0.0.1", 16161)
 SYS_DESCR = (1, 3, 6, 1, 2, 1, 1, 1, 0)
+
+# A capture file in which each packet is a bare SNMP message: the link type for "exported PDUs", with one tag that names the
+# dissector, and the end of the tags.
+CAPTURE_BEGIN = struct.pack("<IHHiIII", 0xA1B2C3D4, 2, 4, 0, 0, 65535, 252)
+SNMP_TAGS = struct.pack(">HH4sHH", 12, 4, b"snmp", 0, 0)
 
 
 def field(parent, name):
@@ -38,11 +47,13 @@ def value_of(binding):
     return "no value"
 
 
-def decoded_packets(capture):
-    """One line for each packet, as tshark reads it."""
+def decoded_packets(datagrams, capture):
+    """One line for each datagram, as tshark reads it."""
+    packets = [SNMP_TAGS + datagram for datagram in datagrams]
+    capture.write_bytes(CAPTURE_BEGIN + b"".join(struct.pack("<IIII", 0, 0, len(p), len(p)) + p for p in packets))
     # -n and no MIBs: numbers, not names.
-    pdml = subprocess.run(["tshark", "-n", "-o", "snmp.display_oid:FALSE", "-r", capture, "-Y", "udp.port == 161",
-                           "-T", "pdml"], check=True, capture_output=True).stdout
+    pdml = subprocess.run(["tshark", "-n", "-o", "snmp.display_oid:FALSE", "-r", capture, "-T", "pdml"], check=True,
+                          capture_output=True).stdout
     lines = []
     for packet in ElementTree.fromstring(pdml).iter("packet"):
         protocols = {p.get("name"): p for p in packet.iter("proto")}
@@ -59,13 +70,13 @@ def decoded_packets(capture):
     return lines
 
 
-def start_agent(folder, log):
+def start_agent(folder, log, address):
     # An empty list of MIBs: names stay numbers, and nobody complains of missing files.
-    environment = {"PATH": "/usr/sbin:/usr/bin:/sbin:/bin", "MIBS": "", "SNMP_PERSISTENT_DIR": folder}
+    environment = os.environ | {"PATH": "/usr/sbin:/usr/bin:/sbin:/bin", "MIBS": "", "SNMP_PERSISTENT_DIR": folder}
     agent = subprocess.Popen(["snmpd", "-f", "-Lo", "-C", "-c", HERE / "with_snmpd.conf", "-I", "-smux",
-                              "-p", f"{folder}/pid"], env=environment, stdout=log, stderr=log)
+                              "-p", f"{folder}/pid", "udp:{}:{}".format(*address)], env=environment, stdout=log, stderr=log)
     deadline = time.time() + 5
-    while snmp_client.exchange(snmp_ber.request(snmp_ber.GET, [SYS_DESCR]), timeout=0.05) is None:
+    while snmp_client.exchange(snmp_ber.request(snmp_ber.GET, [SYS_DESCR]), *address, timeout=0.05) is None:
         if time.time() > deadline:
             agent.terminate()
             sys.exit("with_snmpd.py: snmpd did not start")
@@ -73,40 +84,43 @@ def start_agent(folder, log):
     return agent
 
 
-def wait_for_mark(mark, capture):
-    """Sends a datagram, again and again, until the capture holds it: what was sent before is then there, too."""
-    deadline = time.time() + 20
-    with socket.socket(socket.AF_INET, socket.SOCK_DGRAM) as sender:
-        while not (os.path.exists(capture) and mark in pathlib.Path(capture).read_bytes()):
-            if time.time() > deadline:
-                sys.exit("with_snmpd.py: nothing is captured")
-            sender.sendto(mark, ("127.0.0.1", MARK_PORT))
-            time.sleep(0.05)
+class Relay(threading.Thread):
+    """Stands on the agent's port, passes each datagram on, one way and the other, and keeps them all."""
+
+    def __init__(self):
+        super().__init__(daemon=True)
+        self.datagrams = []
+        self._front = socket.socket(socket.AF_INET, socket.SOCK_DGRAM)
+        self._front.bind(AGENT)
+        self._back = socket.socket(socket.AF_INET, socket.SOCK_DGRAM)
+        self._back.connect(BEHIND_RELAY)
+        self.start()
+
+    def run(self):
+        client = None
+        while True:
+            for ready in select.select([self._front, self._back], [], [])[0]:
+                if ready is self._back:
+                    datagram = self._back.recv(65536)
+                    self._front.sendto(datagram, client)
+                else:
+                    datagram, client = self._front.recvfrom(65536)
+                    # On Linux a request comes from each adapter; outside a network of its own there are others, too.
+                    if not client[0].startswith("127."):
+                        continue
+                    self._back.send(datagram)
+                self.datagrams.append(datagram)
 
 
-def start_capture(capture, log):
-    sniffer = subprocess.Popen(["dumpcap", "-q", "-P", "-i", "lo", "-f", f"udp dst port {MARK_PORT} or udp port 161",
-                                "-w", capture], stdout=log, stderr=log)
-    wait_for_mark(b"the capture has begun", capture)
-    return sniffer
-
-
-def run_captured(command, folder, log):
-    """Runs the command and compares what it tells with what was on the wire."""
-    capture = f"{folder}/capture.pcap"
-    sniffer = start_capture(capture, log)
-    try:
-        with open(f"{folder}/out", "wb") as out:
-            status = subprocess.run(command, stdout=out, stdin=subprocess.DEVNULL).returncode
-        wait_for_mark(b"the capture has ended", capture)
-    finally:
-        sniffer.terminate()
-        sniffer.wait()
-
+def run_compared(command, folder):
+    """Runs the command and compares what it tells with what the agent got and answered."""
+    relay = Relay()
+    with open(f"{folder}/out", "wb") as out:
+        status = subprocess.run(command, stdout=out, stdin=subprocess.DEVNULL).returncode
     output = pathlib.Path(f"{folder}/out").read_bytes().decode("latin-1").replace("\r\n", "\n")
     print(output)
     told = [line.removeprefix("PACKET ").strip() for line in output.splitlines() if line.startswith("PACKET ")]
-    seen = [line.strip() for line in decoded_packets(capture)]
+    seen = [line.strip() for line in decoded_packets(relay.datagrams, pathlib.Path(folder, "capture.pcap"))]
     for number in range(max(len(told), len(seen))):
         pair = [lines[number] if number < len(lines) else "nothing" for lines in (told, seen)]
         if pair[0] != pair[1]:
@@ -120,10 +134,10 @@ def main():
     arguments = sys.argv[1:]
     compares = arguments[:1] == ["--compare"]
     with tempfile.TemporaryDirectory() as folder, open(f"{folder}/log", "wb") as log:
-        agent = start_agent(folder, log)
+        agent = start_agent(folder, log, BEHIND_RELAY if compares else AGENT)
         try:
             if compares:
-                sys.exit(run_captured(arguments[1:], folder, log))
+                sys.exit(run_compared(arguments[1:], folder))
             sys.exit(subprocess.run(arguments).returncode)
         finally:
             agent.terminate()
