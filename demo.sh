@@ -16,13 +16,22 @@ fi
 
 say() { printf '\n== %s\n' "$*"; }
 
-say "Packages and sources"
-tools/install-packages.sh
+say "What it takes"
+sets=(build world)
+ports=()
+case ${1:-} in
+  --usb | --virtual) ;;
+  *) sets+=(printer) ports+=(udp/161) ;;
+esac
+tools/check-room.sh . 1000 "the agent and a Windows to show it in"
+tools/install-packages.sh "${sets[@]}"
+ZT_WORLD=$(sim/in-namespace --which)
+export ZT_WORLD
+[ "${1:-}" = --virtual ] || sim/in-namespace --check "${ports[@]}"
 tools/fetch-tinyxml2.sh
 
 say "The agent, built into dist/"
-cmake --preset windows >/dev/null
-cmake --build --preset windows --target ZT ztsnmp ztsnmp_static agreement_sample sim_winspool sim_discovery sim_usbprint sim_agreement
+tools/build.sh windows -DZT_BUILD_TESTS=OFF ZT ztsnmp ztsnmp_static agreement_sample sim_winspool sim_discovery sim_usbprint sim_agreement
 rm -rf dist
 cmake --install build/windows >/dev/null
 ls -l dist/bin/ZT.exe

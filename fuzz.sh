@@ -6,7 +6,7 @@ set -euo pipefail
 cd "$(dirname "$0")"
 export seconds=${1:-60}
 
-tools/install-packages.sh
+tools/install-packages.sh build test
 cmake -G Ninja -S tests/fuzz -B build/fuzz -DCMAKE_BUILD_TYPE=RelWithDebInfo -DCMAKE_CXX_COMPILER=clang++ >/dev/null
 cmake --build build/fuzz >/dev/null
 mkdir -p build/fuzz/found

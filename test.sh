@@ -9,20 +9,22 @@ only=()
 
 say() { printf '\n== %s\n' "$*"; }
 
-say "Packages and sources"
-tools/install-packages.sh
+say "What it takes"
+tools/check-room.sh . 2000 "two builds and the tests"
+tools/install-packages.sh build world printer test
+ZT_WORLD=$(sim/in-namespace --which)
+export ZT_WORLD
+sim/in-namespace --check udp/161 tcp/80 tcp/443 tcp/8080
 tools/fetch-tinyxml2.sh
 
 say "Format"
 ./format.sh --check
 
 say "Native build, with sanitizers"
-cmake --preset native >/dev/null
-cmake --build --preset native
+tools/build.sh native
 
 say "Windows build, into dist/"
-cmake --preset windows >/dev/null
-cmake --build --preset windows
+tools/build.sh windows
 rm -rf dist
 cmake --install build/windows >/dev/null
 
@@ -31,6 +33,8 @@ if [ $# -gt 0 ] && ! { ctest --preset native -N -R "$1" && ctest --preset window
   exit 1
 fi
 
+logs=(build/{native,windows}/Testing/Temporary/LastTest.log)
+rm -f "${logs[@]}"
 say "Tests of the native build"
 ctest --preset native "${only[@]}"
 
@@ -41,3 +45,10 @@ fi
 
 say "Tests of the Windows build, under Wine, and of the agent from end to end"
 ctest --preset windows "${only[@]}"
+
+# Only where no network of its own is to be had for a test.
+skipped=$(cat "${logs[@]}" 2>/dev/null | sed -n 's/^SKIPPED HERE: //p')
+if [ -n "$skipped" ]; then
+  say "All that ran has passed. Skipped here, as this machine allows no network of a test's own: $(wc -l <<<"$skipped")"
+  echo "$skipped"
+fi

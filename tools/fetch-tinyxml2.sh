@@ -17,10 +17,15 @@ keyring=/usr/share/keyrings/debian-archive-keyring.gpg
 apt-get indextargets --format '$(REPO_URI) $(CODENAME) $(COMPONENT)' 'Created-By: Packages' 'Origin: Debian' |
   awk '$3 == "main"' | sort -u | sed "s|^|deb-src [signed-by=$keyring] |" > "$private/sources.list"
 mkdir -p "$private/archives/partial"
-apt-get "${apt_private[@]}" -qq update
-(cd "$private/download" && apt-get "${apt_private[@]}" -qq --download-only source tinyxml2)
-mkdir -p "$target.new"
-tar -xf "$private"/download/tinyxml2_*.orig.tar.* -C "$target.new" --strip-components=1
+{
+  apt-get "${apt_private[@]}" -qq update
+  (cd "$private/download" && apt-get "${apt_private[@]}" -qq --download-only source tinyxml2)
+  mkdir -p "$target.new"
+  tar -xf "$private"/download/tinyxml2_*.orig.tar.* -C "$target.new" --strip-components=1
+} >"$private/log" 2>&1 || {
+  echo "TinyXML-2's sources cannot be had from Debian's archive: $(tail -n 1 "$private/log")" >&2
+  exit 1
+}
 mv "$target.new" "$target"
 rm -rf "$private"
 echo "TinyXML-2 sources: $target"

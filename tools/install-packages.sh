@@ -1,30 +1,68 @@
 #!/usr/bin/env bash
-# Installs what building, testing and showing the agent needs on Debian 12, and the packages that the arguments name.
-# Packages that are there already are left alone.
-#   tools/install-packages.sh [PACKAGE...]
+# Installs packages of Debian 12, by the name of a set below or by their own. What is there already is left alone; what
+# cannot be had is said in a sentence.
+#   tools/install-packages.sh SET|PACKAGE...
 set -euo pipefail
+cd "$(dirname "$0")/.."
 
-packages=(
-  # build
-  git g++ clang-format g++-mingw-w64-x86-64-posix cmake ninja-build libtinyxml2-dev googletest dpkg-dev ca-certificates
+declare -A sets=(
+  # the agent, for Windows
+  [build]="g++-mingw-w64-x86-64-posix cmake ninja-build ca-certificates xz-utils"
   # the simulated world
-  wine wine64 snmpd snmp python3 openssl iproute2 util-linux xvfb xdotool x11-utils imagemagick
-  # what judges it: an independent decoder, the fuzzers, and programs that link the SNMP library
-  tshark clang libclang-rt-14-dev xxd pkg-config
-  "$@"
+  [world]="wine wine64 python3 util-linux"
+  [printer]="snmpd"
+  # the native build, and what judges it: format, an independent decoder, the fuzzers, windows on a screen, programs that
+  # link the SNMP library
+  [test]="git g++ clang-format libtinyxml2-dev googletest openssl tshark clang libclang-rt-14-dev xxd xvfb xdotool imagemagick pkg-config"
 )
+# What lays the world's network out, by the way that this machine allows.
+case $(sim/in-namespace --which) in
+  loopback) sets[world]+=" libnss-wrapper" ;;
+  *) sets[world]+=" iproute2" ;;
+esac
+
+fail() {
+  echo "$*" >&2
+  exit 1
+}
 
 missing=()
-for package in "${packages[@]}"; do
-  [ "$(dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null)" = installed ] || missing+=("$package")
+for name in "$@"; do
+  for package in ${sets[$name]-$name}; do
+    [ "$(dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null)" = installed ] || missing+=("$package")
+  done
 done
 if [ ${#missing[@]} -eq 0 ]; then
-  echo "Packages: all ${#packages[@]} are installed"
+  echo "Packages: all that are needed are installed"
   exit 0
 fi
 
 echo "Packages to install: ${missing[*]}"
+command -v apt-get >/dev/null || fail "This takes Debian 12: there is no apt-get to install them with."
 as_root=()
-[ "$(id -u)" -eq 0 ] || as_root=(sudo)
-"${as_root[@]}" apt-get -qq update
-"${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -qq install -y --no-install-recommends "${missing[@]}" >/dev/null
+if [ "$(id -u)" -ne 0 ]; then
+  command -v sudo >/dev/null || fail "Neither root nor sudo is here: let root say 'apt-get install ${missing[*]}' first."
+  sudo -n true 2>/dev/null || [ -t 0 ] || fail "sudo wants a password, and nobody is here to give it: let root say 'apt-get install ${missing[*]}' first."
+  as_root=(sudo)
+fi
+
+log=$(mktemp)
+trap 'rm -f "$log"' EXIT
+apt() { "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive LC_ALL=C apt-get "$@" >"$log" 2>&1; }
+why() { grep '^[EW]:' "$log" | head -n 3 || tail -n 3 "$log"; }
+
+apt -qq update || fail "The lists of packages cannot be fetched:" "$(why)"
+unknown=()
+for package in "${missing[@]}"; do
+  apt-cache policy "$package" | grep 'Candidate: [^(]' >/dev/null || unknown+=("$package")
+done
+[ ${#unknown[@]} -eq 0 ] || fail "This machine's package sources do not have ${unknown[*]}; Debian 12's section main does. $(why)"
+
+# apt looks for room for the archives only.
+apt --assume-no --no-install-recommends install "${missing[@]}" || true
+read -r size unit < <(sed -nE 's/^After this operation, ([0-9,.]+) ([kMG])B of additional.*/\1 \2/p' "$log" | tr -d ,) || true
+case ${unit-} in
+  G) tools/check-room.sh /usr "$(awk "BEGIN { print int($size * 1000) }")" "the packages" ;;
+  M) tools/check-room.sh /usr "${size%.*}" "the packages" ;;
+esac
+apt -qq install -y --no-install-recommends "${missing[@]}" || fail "The packages cannot be installed:" "$(why)"

@@ -7,7 +7,7 @@ root=$(dirname "$(dirname "$here")")
 build=$root/build/bench-snmp
 
 if [ "${1:-}" != inside ]; then
-  "$root/tools/install-packages.sh" valgrind libsnmp-dev libbenchmark-dev
+  "$root/tools/install-packages.sh" build world printer test valgrind libsnmp-dev libbenchmark-dev
   cmake -G Ninja -S "$here" -B "$build" -DCMAKE_BUILD_TYPE=Release -DCMAKE_CXX_FLAGS_RELEASE="-O2 -DNDEBUG" >/dev/null
   cmake --build "$build" >/dev/null
 
