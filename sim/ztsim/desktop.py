@@ -22,13 +22,15 @@ HANDS = Path(os.environ.get("ZT_UI", BUILD / "sim" / "ui" / "zt-ui.exe"))
 
 
 class Display:
-    """An X server without a screen. It listens on the loopback of this network only, so none can meet another's."""
+    """An X server without a screen. In a network of its own it listens there, so that none can meet another's; on the
+    machine's own loopback it takes a socket file with a number that is free, and nobody from elsewhere reaches it."""
 
     def __init__(self, size: str = "1024x768"):
         reader, writer = os.pipe()
+        shared = os.environ.get("ZT_WORLD") == "loopback"
+        listening = ["-nolisten", "tcp"] if shared else ["-nolock", "-nolisten", "unix", "-nolisten", "local", "-listen", "tcp"]
         self._server = subprocess.Popen(
-            ["Xvfb", "-displayfd", str(writer), "-screen", "0", f"{size}x24", "-ac", "-noreset"]
-            + ["-nolock", "-nolisten", "unix", "-nolisten", "local", "-listen", "tcp"],
+            ["Xvfb", "-displayfd", str(writer), "-screen", "0", f"{size}x24", "-ac", "-noreset", *listening],
             pass_fds=[writer],
             stdin=subprocess.DEVNULL,
             stdout=subprocess.DEVNULL,
@@ -36,7 +38,7 @@ class Display:
         )
         os.close(writer)
         with os.fdopen(reader) as number:
-            self.name = f"127.0.0.1:{number.readline().strip()}"
+            self.name = f"{'' if shared else '127.0.0.1'}:{number.readline().strip()}"
 
     def __enter__(self) -> "Display":
         return self

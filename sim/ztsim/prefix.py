@@ -1,5 +1,6 @@
 """A Wine prefix of one's own: a clone of the template, with registry values laid in before Windows starts."""
 
+import functools
 import os
 import re
 import shutil
@@ -13,14 +14,19 @@ SIM = Path(__file__).resolve().parent.parent
 REG_SZ, REG_EXPAND_SZ, REG_BINARY, REG_DWORD, REG_MULTI_SZ, REG_QWORD = 1, 2, 3, 4, 7, 11
 
 
+@functools.cache
+def template() -> Path:
+    """The prefix that others are cloned from. Clones must lie on the same file system."""
+    return Path(subprocess.run([SIM / "wine-template"], check=True, stdout=subprocess.PIPE, text=True).stdout.strip())
+
+
 class Prefix:
     """A fresh Windows in `folder`, which must not exist yet."""
 
     def __init__(self, folder: Path):
         self.folder = folder
         self._running = False
-        template = subprocess.run([SIM / "wine-template"], check=True, capture_output=True, text=True).stdout.strip()
-        subprocess.run([SIM / "clone-prefix", template, folder], check=True)
+        subprocess.run([SIM / "clone-prefix", template(), folder], check=True)
 
     @property
     def drive(self) -> Path:

@@ -18,7 +18,7 @@ import time
 from dataclasses import dataclass, field
 from pathlib import Path
 
-from .prefix import SIM, Prefix
+from .prefix import SIM, Prefix, template
 from .traces import TraceLine, find_crash, parse_debugger_output, parse_log
 
 BUILD = Path(os.environ.get("ZT_BUILD", SIM.parent / "build" / "windows"))
@@ -55,7 +55,7 @@ class World:
     """A Windows of its own, removed at the end with all that runs in it."""
 
     def __init__(self, time_zone: str = "UTC"):
-        self.folder = Path(tempfile.mkdtemp(prefix="zt-world-"))
+        self.folder = Path(tempfile.mkdtemp(prefix="world.", dir=template().parent))
         self.prefix = Prefix(self.folder / "prefix")
         self.time_zone = time_zone
         self.overrides = {"winspool.drv": "n", "mscoree": "", "mshtml": ""}

@@ -87,7 +87,7 @@ SNMPPeer::SNMPPeer() {
   address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
   socket_ = socket(AF_INET, SOCK_DGRAM, 0);
   if (socket_ < 0 || bind(socket_, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0 || pipe(stop_) != 0) {
-    throw std::runtime_error("UDP port 161 is not free: run this test inside sim/in-namespace");
+    throw std::runtime_error("UDP port 161 is not to be had: run this test inside sim/in-namespace");
   }
   thread_ = std::thread([this] { Serve(); });
 }
@@ -124,7 +124,8 @@ void SNMPPeer::Serve() {
     sockaddr_in sender{};
     socklen_t size = sizeof sender;
     const ssize_t length = recvfrom(socket_, buffer, sizeof buffer, 0, reinterpret_cast<sockaddr*>(&sender), &size);
-    if (length <= 0) continue;
+    // A request comes from each adapter; outside a network of one's own there are others than the loopback.
+    if (length <= 0 || ntohl(sender.sin_addr.s_addr) >> 24 != IN_LOOPBACKNET) continue;
     if (const std::optional<std::string> answer = Answer(std::string(buffer, static_cast<std::size_t>(length)))) {
       sendto(socket_, answer->data(), answer->size(), 0, reinterpret_cast<sockaddr*>(&sender), size);
     }

@@ -4,7 +4,9 @@
 
 #include <array>
 #include <chrono>
+#include <cstdio>
 #include <cstdlib>
+#include <string_view>
 
 #include "Hex.h"
 #include "IPInterface.h"
@@ -13,6 +15,10 @@ namespace {
 
 // An adapter and its VLAN have one link-local address. Here the loopback and "near" have; the agent is "far".
 TEST(Adapters, OfOneLinkLocalAddressAreToldApart) {
+  if (const char* world = std::getenv("ZT_WORLD"); world != nullptr && std::string_view(world) == "loopback") {
+    std::puts("SKIPPED HERE: Adapters.OfOneLinkLocalAddressAreToldApart: needs adapters of its own");
+    GTEST_SKIP();
+  }
   ASSERT_EQ(std::system("ip link add near type veth peer name far && ip link set near addrgenmode none up &&"
                         "ip link set far addrgenmode none up && ip addr add fe80::a1/64 dev lo nodad &&"
                         "ip addr add fe80::a1/64 dev near nodad"),

@@ -43,6 +43,8 @@ class LoopbackAgent {
       const auto result =
           ztsnmp::waitForSockets(sockets_, ztsnmp::WaitFor::Readable, std::chrono::milliseconds(20), ready);
       if (result != ztsnmp::WaitResult::Ready || !sockets_[0].receiveFrom(buffer, received, client)) continue;
+      // A request comes from each adapter; outside a network of one's own there are others than the loopback.
+      if (!ztsnmp::numericText(client).starts_with("127.")) continue;
       const std::scoped_lock lock(mutex_);
       requests_.push_back(toHex(std::span(buffer).first(received)));
       if (answers_.empty()) continue;

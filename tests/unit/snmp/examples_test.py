@@ -66,6 +66,9 @@ def failures_of(runs, form, folder, prefix):
 
 def discovery_fails(form, folder):
     done = run_example(folder, ["discover"], WITH_PRINTERS)
+    if done.returncode == 77:  # no network of several printers is to be had here
+        print(done.stdout.strip())
+        return False
     # In any order; a host with several adapters may answer over each, and over IPv6 too.
     good = done.returncode == 0 and PRINTERS <= {line.split()[0] for line in done.stdout.splitlines()}
     print(f"{'passed' if good else 'FAILED'}: discover ({form})")
