@@ -118,7 +118,7 @@ void KVFLocalSetting::CreateSettingsFile() const {
 bool KVFLocalSetting::DeleteSettingsFile() {
   if (path_.empty()) return false;
   if (DeleteFileW(path_.c_str())) return true;
-  const std::string message = "Can't delete file (" + ToNarrow(path_) + ")!!!";
+  const std::wstring message = L"Can't delete file (" + path_ + L")!!!";
   WriteKvfDebug(message);
   ZT_TRACE(Warning, message);
   return false;

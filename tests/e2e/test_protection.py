@@ -210,7 +210,7 @@ class RoadTest(ProtectionTestCase):
         self.assertEqual([line.split('"')[1] for line in self.agreement.asked], ["Office", "事務所"])
 
     def test_confirmation_box(self):
-        self.printer()
+        self.printer(country="Österreich".encode().decode("latin-1"))
         self.agreement.answer(DISAGREE)
         self.set_flags(ShowResultBeforeSend=1)
         hands = Hands(self.world)
