@@ -22,7 +22,7 @@ tools/fetch-tinyxml2.sh
 
 say "The agent, built into dist/"
 cmake --preset windows >/dev/null
-cmake --build --preset windows --target ZT ztsnmp ztsnmp_static agreement_sample sim_winspool sim_discovery sim_usbprint sim_agreement
+cmake --build --preset windows --target ZT ztsnmp ztsnmp_static agreement_sample sim_winspool sim_discovery sim_usbprint sim_agreement sim_ui
 rm -rf dist
 cmake --install build/windows >/dev/null
 ls -l dist/bin/ZT.exe
