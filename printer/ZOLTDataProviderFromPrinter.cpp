@@ -1,6 +1,5 @@
 #include "ZOLTDataProviderFromPrinter.h"
 
-#include <iterator>
 #include <utility>
 
 #include "PPAInformation.h"
@@ -14,12 +13,6 @@ constexpr std::uint32_t kPollPause = 1000;
 constexpr std::size_t kLongestCodes = 1000;
 constexpr const char* kProtectionOn = "@PJL DEFAULT PROTECT_FROM_OVERRUN_CONSUMABLES=ON\r\n";
 constexpr const char* kProtectionOff = "@PJL DEFAULT PROTECT_FROM_OVERRUN_CONSUMABLES=OFF\r\n";
-
-// SBXName is the word by which a printer announces its protection state.
-std::string_view SBXName(std::uint32_t state) {
-  constexpr std::string_view kNames[] = {"", "SBXON", "SBXOFF", "SBXOT"};
-  return state < std::size(kNames) ? kNames[state] : std::string_view();
-}
 
 }  // namespace
 
@@ -114,8 +107,6 @@ bool ZOLTDataProviderFromPrinter::CollectSBX(PPAInformation& record) {
   if (Succeeded(printer_->GetModelName(text))) record.SetModelName(text);
   if (Succeeded(printer_->GetSerialNumber(text))) record.SetSerialNumber(text);
   if (Succeeded(printer_->GetCountryIndex(text))) record.SetCountryIndex(text);
-  std::uint32_t state = 0;
-  if (Succeeded(printer_->GetSBXState(&state))) record.SetSBX(SBXName(state));
   sbxDocument_ = record.DeviceDocument();
   return true;
 }

@@ -38,8 +38,6 @@ std::string CountText(std::int32_t pages) { return pages < 0 ? std::string() : s
 // A printer without the figure says so in words; the element then stays unset.
 bool IsSupported(std::string_view text) { return text != "Not Support"; }
 
-std::uint32_t ReadUnsigned(const char* text) { return static_cast<std::uint32_t>(ReadLeadingDecimal(text)); }
-
 // Puts the element right at the end of the report, where it is missing, or in place. An empty text changes nothing.
 void AmendElement(tinyxml2::XMLElement& report, const char* name, const std::string& text) {
   if (text.empty()) return;
@@ -125,13 +123,13 @@ bool ZOLTInformation::ReadTonerXml(const tinyxml2::XMLElement& element, std::str
   if (!level) {
     messages += "/no tlevel";
   } else if (IsSupported(level)) {
-    toner.SetLevel(ReadUnsigned(level));
+    toner.SetLevel(ReadLeadingUnsigned(level));
   }
   const char* coverage = ChildText(&element, "AverageAreaCoverage");
   if (!coverage) {
     messages += "/no taac";
   } else if (IsSupported(coverage)) {
-    toner.SetAverageAreaCoverage(ReadUnsigned(coverage));
+    toner.SetAverageAreaCoverage(ReadLeadingUnsigned(coverage));
   }
   ReadTonerTexts(element, kTonerTexts, toner, messages);
   AddToner(std::move(toner));

@@ -234,10 +234,8 @@ TEST_F(ProviderTest, CollectSBXKeepsTheDocumentForCollectZOLT) {
   ZOLTDataProviderFromPrinter provider = Initialized();
   printer->document = "<root/>";
   EXPECT_TRUE(provider.CollectSBX(protection));
-  EXPECT_EQ(
-      protection.DeviceValues(),
-      (ElementValues{
-          {"CountryIndex", "52"}, {"GeneralSerialNumber", "SN7"}, {"MDL", "Velnora RV-2160"}, {"SBX", "SBXOFF"}}));
+  EXPECT_EQ(protection.DeviceValues(),
+            (ElementValues{{"CountryIndex", "52"}, {"GeneralSerialNumber", "SN7"}, {"MDL", "Velnora RV-2160"}}));
   EXPECT_EQ(Said(), (Lines{"4 Start SBX collecting...", "4 End SBX collecting..."}));
   EXPECT_EQ(provider.GetSBXDocument(), "<root/>");
 

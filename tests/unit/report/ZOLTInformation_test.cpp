@@ -232,6 +232,8 @@ TEST(ZOLTInformationTest, ReportsWhatItCannotRead) {
   }
   ZOLTInformation record;
   std::string messages;
+  record.ReadXml(toner("<Level>1</Level><AverageAreaCoverage>4294967295</AverageAreaCoverage>"), messages);
+  EXPECT_EQ(record.Toners().at(0).Values().at("AverageAreaCoverage"), "4294967295");
   EXPECT_TRUE(
       record.ReadXml("<root><ZOLT><Count><DevTotalMonoCount>-5</DevTotalMonoCount>"
                      "<DevTotalColorCount>99999999999</DevTotalColorCount></Count></ZOLT></root>",
