@@ -1,13 +1,12 @@
 #include "KVFPrinterUSB.h"
 
-#include <tinyxml2.h>
-
 #include <algorithm>
 #include <array>
 #include <utility>
 
 #include "PPAInformation.h"
 #include "Trace.h"
+#include "Xml.h"
 #include "ZOLTInformation.h"
 
 namespace zt {
@@ -26,7 +25,7 @@ constexpr std::string_view kLockFailed = "/lock failed";
 
 bool IsXml(const std::string& text) {
   tinyxml2::XMLDocument document;
-  return document.Parse(text.data(), text.size()) == tinyxml2::XML_SUCCESS;
+  return ParseXml(text, document);
 }
 
 }  // namespace

@@ -71,7 +71,7 @@ std::string ZOLTInformation::BuildXml() const {
 std::string ZOLTInformation::AmendDeviceXml() const {
   const std::string& document = DeviceDocument();
   tinyxml2::XMLDocument xml;
-  if (document.empty() || xml.Parse(document.data(), document.size()) != tinyxml2::XML_SUCCESS) return document;
+  if (document.empty() || !ParseXml(document, xml)) return document;
   tinyxml2::XMLElement* root = xml.FirstChildElement("root");
   tinyxml2::XMLElement* report = root ? root->FirstChildElement("ZOLT") : nullptr;
   if (!report) return document;

@@ -152,7 +152,8 @@ TEST(ZOLTInformationTest, AmendsTheDeviceDocument) {
     record.SetDeviceDocument("<root><ZOLT>" + row.inside + "</ZOLT></root>");
     EXPECT_EQ(record.ToText(), "<root>\n    <ZOLT>\n" + row.amended + "    </ZOLT>\n</root>\n") << row.inside;
   }
-  for (const char* unchanged : {"", "<root><ZOLT>", "<root><Zolt/></root>", "no xml at all"}) {
+  for (const char* unchanged :
+       {"", "<root><ZOLT>", "<root><Zolt/></root>", "no xml at all", "<root><ZOLT><A>1 &lt; 2 & 3</A></ZOLT></root>"}) {
     record.SetDeviceDocument(unchanged);
     EXPECT_EQ(record.ToText(), unchanged);
   }
@@ -203,6 +204,7 @@ TEST(ZOLTInformationTest, ReportsWhatItCannotRead) {
   const Row rows[] = {
       {"", "/xml error"},
       {"<root>", "/xml error"},
+      {"<root><ZOLT><Count/><A>1 &lt; 2 & 3</A></ZOLT></root>", "/xml error"},
       {"<root/>", "/no ZOLT el/no Count el"},
       {"<root><ZOLT/></root>", "/no Count el"},
       {"<root><ZOLT><Count/></ZOLT></root>", ""},
