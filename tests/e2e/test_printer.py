@@ -371,12 +371,20 @@ class DocumentTest(PrinterTestCase):
                 web.answer("rds/rds.xml", answer)
                 self.assert_collection_failed("/xml error")
 
-    def test_document_of_countless_toners(self):
+    def test_document_of_countless_elements(self):
         web = self.report_server(port=80)
-        web.answer("rds/rds.xml", answers.Answer(self.good.replace("</Supplies>", "<Toner/>" * 100000 + "</Supplies>")))
-        result = self.run_agent()
-        self.assert_ends_with(result, "4 send sucessfully...")
-        self.assertLess(max(len(text) for text in result.log_texts), 2100)
+        for elements, as_it_came in (("<Toner/>" * 100000, False), ("<a>" * 90 + "<a/>" * 240000 + "</a>" * 90, True)):
+            with self.subTest(elements[:10]):
+                self.world.settings = history(**OLD)
+                document = self.good.replace("</Supplies>", elements + "</Supplies>")
+                web.answer("rds/rds.xml", answers.Answer(document))
+                result = self.run_agent()
+                self.assert_ends_with(result, "4 send sucessfully...")
+                self.assertLess(max(len(text) for text in result.log_texts), 2100)
+                # Indented, the second one would have 90 MB.
+                traced = "3 amended document longer than 4194304 bytes: posted as it came"
+                self.assertEqual(traced in result.log_texts, as_it_came)
+                self.assertEqual(self.server.requests[-1].fields["data"] == document, as_it_came)
 
     def test_late_document(self):
         web = self.report_server(port=80)

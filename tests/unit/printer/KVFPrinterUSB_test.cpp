@@ -241,7 +241,7 @@ TEST_F(KVFPrinterUSBTest, BrokenExchanges) {
       {{five.substr(0, 15)}, 9, 4},              // cut short
       {{announcing("\0\0\0\0")}, 9, 4},          // length 0
       {{announcing("\xFF\xFF\xFF\xFF")}, 9, 4},  // 4 GiB less one
-      {{announcing("\x01\0\0\x01")}, 9, 4},      // 16 MiB and one
+      {{announcing("\0\x10\0\x01")}, 9, 4},      // 1 MiB and one
       {{five}, 1, 5},
       {{five}, 9, 6},
       {{five, "<a/>"}, 9, 6},  // shorter than announced
@@ -255,7 +255,7 @@ TEST_F(KVFPrinterUSBTest, BrokenExchanges) {
     EXPECT_EQ(device.log.size(), row.steps + 1) << testing::PrintToString(device.log);
     EXPECT_EQ(device.log.back(), "close pipes");
   }
-  EXPECT_EQ(Traced(), (Lines{"3 usb document too long : 4294967295", "3 usb document too long : 16777217"}));
+  EXPECT_EQ(Traced(), (Lines{"3 usb document too long : 4294967295", "3 usb document too long : 1048577"}));
 }
 
 // A printer with every fault at once, mended one by one.
