@@ -18,6 +18,7 @@ INSTALLED, FIRMWARE = MAKER + ".31.1.6.0", MAKER + ".31.1.7.0"
 EXTENDED = MAKER + ".33.4.1.2"
 TONERS = MAKER + ".61.5.2.1"
 
+WITHOUT_ID = "3 printer answers without a device ID : 127.0.0.1"
 UNUSABLE = ("4 failed to initialize printer", "3 not valid IO. bye~")
 UNSUPPORTED = ("4 ZOLT is not supported!", "3 not valid IO. bye~")
 NAMELESS = ("2 Serial Number is missing!!!", "3 mandatory info not available! bye~")
@@ -130,6 +131,7 @@ class OpeningTest(PrinterTestCase):
                 self.world.spooler(queue_script(address="", more_of_port="host = " + address))
                 self.world.settings = history(**OLD)
                 result = self.run_agent()
+                self.assertNotIn(WITHOUT_ID, result.log_texts)
                 self.assert_ends_with(result, *UNUSABLE)
                 self.assertGreaterEqual(result.seconds, seconds)
                 self.assertLess(result.seconds, 30)
@@ -177,6 +179,8 @@ class OpeningTest(PrinterTestCase):
                 printer.misbehave(what)
                 self.world.settings = history(**OLD)
                 result = self.run_agent()
+                answered = ("a number", "no value", "empty texts", "general error", "no such name")
+                self.assertEqual(WITHOUT_ID in result.log_texts, name.startswith(answered))
                 self.assert_ends_with(result, *UNUSABLE)
                 self.assert_recorded(**OLD, **{"LastCollectFailedTime_127.0.0.1": None})
         self.assertEqual(self.server.requests, [])
@@ -249,6 +253,7 @@ class SerialNumberTest(PrinterTestCase):
         for number, key, posted in (
             ("A&B=C+d %41/é", "A&B_C+d %41/é", b"A%26B%3dC%2bd%20%2541%2f%e9"),
             ("\r\n VN1 \r\n", "VN1", b"VN1"),
+            ("VN2\0\0\0", "VN2", b"VN2"),
             ("a\r\n[Common]\r\nZOLTEnabled=2", "a__[Common]__ZOLTEnabled_2", b"a%0d%0a%5bCommon%5d%0d%0aZOLTEnabled%3d2"),
             ("", "", b""),
         ):
