@@ -88,14 +88,13 @@ HResult KVFPrinterUSB::GetZOLTInformation(ZOLTInformation& record, std::string& 
   }
 
   if (record.DeviceDocument().empty()) {
-    const std::unique_ptr<USBBulkIO> pipes = services_.openBulk(devicePath_);
-    if (!pipes) {
-      errorText += "/open fail";
-      return HResult::Fail;
+    if (const std::unique_ptr<USBBulkIO> pipes = services_.openBulk(devicePath_)) {
+      std::string document;
+      pipes->RunBulkTransaction(document);
+      record.SetDeviceDocument(std::move(document));
+    } else {
+      errorText += "/open fail";  // and goes on: the empty text is no document
     }
-    std::string document;
-    pipes->RunBulkTransaction(document);
-    record.SetDeviceDocument(std::move(document));
   }
   const std::string& document = record.DeviceDocument();
   if (!IsXml(document)) {

@@ -269,7 +269,7 @@ TEST_F(KVFPrinterUSBTest, CodesInTheOrderOfTheFailures) {
       {"", [&] { device.deviceID = "CMD:ZOLT"; }},  // a printer without support is not asked
       {"/lock failed", [&] { device.acquires.reset(), device.jobs = 1; }},
       {"/job pending", [&] { device.jobs = -1; }},  // a queue that can't be asked holds nothing up
-      {"/open fail", [&] { device.bulkOpens = true; }},
+      {"/open fail/xml error", [&] { device.bulkOpens = true; }},  // it goes on with an empty text
       {"/xml errorno document", [&] { document = "<root/>"; }},
       {"/modelname err", [&] { device.deviceID = "CMD:ZOLT;MDL:M"; }},
       {"/serialno err", [&] { device.Reply(kUSBSerialNumber, "SN9"), device.Reply(kUSBFirmwareVersion, "V1"); }},
@@ -307,7 +307,7 @@ TEST_F(KVFPrinterUSBTest, LockIsHeldDuringTheExchange) {
   EXPECT_THAT(Log(), Not(Contains("count jobs")));
 
   device.bulkOpens = false;
-  EXPECT_EQ(Collect(), "/open fail");
+  EXPECT_EQ(Collect(), "/open fail/xml error");
   EXPECT_THAT(Log(), ElementsAre("acquire 153", "release 153"));  // after a failure, too
   device.acquires = false;
   EXPECT_EQ(Collect(), "/lock failed");
