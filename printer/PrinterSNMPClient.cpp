@@ -17,6 +17,9 @@ constexpr std::size_t kMaximumRows = 4096;
 // A printer with a handful of supplies needs 15 seconds when each answer comes just in time. One that has thousands of
 // rows to tell that slowly would hold the run, and all that wait for it, for hours.
 constexpr std::chrono::minutes kLongestWalk{1};
+constexpr int kTimeout = 3;  // seconds
+// A little less than the time-out, so that no clock's rounding makes an answer of it.
+constexpr std::chrono::milliseconds kSilence{kTimeout * 1000 - 100};
 constexpr int kNoSuchName = 2;  // RFC 1157, section 4.1.2: no object of that name, or none behind it
 
 std::optional<std::string> BytesOf(const SNMPDataType& value) {
@@ -76,7 +79,7 @@ bool IsUnder(std::string_view name, std::string_view column) {
 
 PrinterSNMPClient::PrinterSNMPClient(SteadyNow now) : now_(std::move(now)) {
   target_.setRetryCount(0);
-  target_.setTimeout(3);
+  target_.setTimeout(kTimeout);
   target_.setReadCommunity("public");
 }
 
@@ -108,13 +111,15 @@ std::optional<std::vector<std::optional<std::string>>> PrinterSNMPClient::GetSev
   bool answered = false;
   while (!bindings.empty()) {
     if (pdu_.setVarBindList(bindings.data(), static_cast<int>(bindings.size())) != StatusSuccess) break;
+    const auto begun = now_();
     const int status = manager_.get(pdu_, target_);
     if (status == StatusSuccess) {
       for (unsigned i = 0; i < asked.size(); ++i) texts[asked[i]] = TextOf(pdu_.getVarBind(i).getValue());
       return texts;
     }
-    if (status != StatusOperationFailed || !IsAnswered(pdu_)) break;
-    answered = true;
+    if (status != StatusOperationFailed) break;
+    const bool anythingRead = IsAnswered(pdu_);
+    answered = answered || anythingRead;
     // SNMPv1 refuses the whole request when it lacks one object, and says which (RFC 1157, section 4.1.2).
     const int index = pdu_.getErrorIndex();
     if (pdu_.getErrorStatus() == kNoSuchName && index >= 1 && static_cast<std::size_t>(index) <= bindings.size()) {
@@ -122,10 +127,12 @@ std::optional<std::vector<std::optional<std::string>>> PrinterSNMPClient::GetSev
       asked.erase(asked.begin() + (index - 1));
       continue;
     }
-    // A value that the library cannot read, or an answer too long for the agent, spoils the others.
-    if (asked.size() == 1) break;
+    // A value that cannot be read spoils the others, and so does one for which they don't fit into one message. Nothing
+    // of such an answer may have been read, but it came in time.
+    if (asked.size() == 1 || (!anythingRead && now_() - begun >= kSilence)) break;
     for (const std::size_t i : asked) {
       if (std::string text; GetText(names[i], text)) texts[i] = std::move(text);
+      answered = answered || texts[i] || IsAnswered(pdu_);
     }
     break;
   }

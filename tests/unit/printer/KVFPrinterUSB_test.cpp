@@ -268,7 +268,7 @@ TEST_F(KVFPrinterUSBTest, CodesInTheOrderOfTheFailures) {
   const std::pair<const char*, std::function<void()>> rows[] = {
       {"", [&] { device.deviceID = "CMD:ZOLT"; }},  // a printer without support is not asked
       {"/lock failed", [&] { device.acquires.reset(), device.jobs = 1; }},
-      {"/job pending", [&] { device.jobs = -1; }},  // a queue that can't be asked holds nothing up
+      {"/job pending", [&] { device.jobs = -1; }},                 // a queue that can't be asked holds nothing up
       {"/open fail/xml error", [&] { device.bulkOpens = true; }},  // it goes on with an empty text
       {"/xml errorno document", [&] { document = "<root/>"; }},
       {"/modelname err", [&] { device.deviceID = "CMD:ZOLT;MDL:M"; }},

@@ -100,8 +100,10 @@ TEST_F(PrinterSNMPClientTest, GetSeveralAsksAgainForTheRest) {
   // A value that cannot be read spoils the whole answer, and is lost alone.
   peer.Set(kFirst, std::string("a\0b", 3));
   peer.Set(kThird, "c");
-  for (const auto& [tag, content] : {std::pair(0x46, std::string("\1")), std::pair(0x04, std::string(1025, 'x'))}) {
-    peer.SetRaw(kSecond, static_cast<std::uint8_t>(tag), content);
+  const std::pair<std::uint8_t, std::string> unreadable[] = {
+      {0x46, "\1"}, {0x04, std::string(1025, 'x')}, {0x04, std::string(3000, 'x')}};  // the last in no answer
+  for (const auto& [tag, content] : unreadable) {
+    peer.SetRaw(kSecond, tag, content);
     EXPECT_THAT(get(), ElementsAre(Optional(std::string("a")), std::nullopt, Optional(std::string("c"))));
     EXPECT_EQ(peer.requests.size(), 4u);
   }
