@@ -1,5 +1,6 @@
 #include "ZOLTDataProviderFromPrinter.h"
 
+#include <new>
 #include <utility>
 
 #include "PPAInformation.h"
@@ -85,7 +86,7 @@ bool ZOLTDataProviderFromPrinter::CollectZOLT(ZOLTInformation& record) {
   ZT_TRACE(Information, "Start collecting...");
   if (!IsReady()) return false;
   if (!sbxDocument_.empty()) record.SetDeviceDocument(sbxDocument_);
-  const HResult result = printer_->GetZOLTInformation(record, errorText_);
+  const HResult result = Collect([&] { return printer_->GetZOLTInformation(record, errorText_); });
   record.SetFromUniversalDriver(printer_->IsUniversalDriver());
   ZT_TRACE(Information, "End collecting...");
   TraceCodes(result);
@@ -99,7 +100,7 @@ bool ZOLTDataProviderFromPrinter::CollectSBX(PPAInformation& record) {
   if (!IsReady()) return false;
   if (!sbxDocument_.empty()) return true;
 
-  const HResult result = printer_->GetPPAInformation(record, errorText_);
+  const HResult result = Collect([&] { return printer_->GetPPAInformation(record, errorText_); });
   ZT_TRACE(Information, "End SBX collecting...");
   TraceCodes(result);
   if (!Succeeded(result)) return false;
@@ -192,6 +193,15 @@ bool ZOLTDataProviderFromPrinter::IsReady() const {
   if (printer_ && initialised_) return true;
   ZT_TRACE(Information, (printer_ ? "failed to initialize printer" : "printer invalid"));
   return false;
+}
+
+HResult ZOLTDataProviderFromPrinter::Collect(const std::function<HResult()>& collection) {
+  try {
+    return collection();
+  } catch (const std::bad_alloc&) {
+    errorText_ = "/no memory";  // short enough to need none
+    return HResult::Fail;
+  }
 }
 
 void ZOLTDataProviderFromPrinter::TraceCodes(HResult result) {

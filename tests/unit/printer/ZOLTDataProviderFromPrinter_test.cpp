@@ -228,6 +228,9 @@ TEST_F(ProviderTest, FailedCollectionsTraceTheirCodesOnce) {
   EXPECT_FALSE(provider.CollectZOLT(record));
   EXPECT_EQ(Said(), (Lines{"4 Start collecting...", "4 End collecting...",
                            "3 failed to collect from Queue : /xml error" + std::string(990, 'x')}));
+  printer->memory = false;
+  EXPECT_FALSE(provider.CollectSBX(protection));
+  EXPECT_EQ(Said().back(), "3 failed to collect from Queue : /no memory");
 }
 
 TEST_F(ProviderTest, CollectSBXKeepsTheDocumentForCollectZOLT) {
