@@ -4,7 +4,7 @@
 #   ./demo.sh              all of it
 #   ./demo.sh --usb        the printer at a USB port
 #   ./demo.sh --wsd        the queue on a port for Web Services for Devices
-#   ./demo.sh --virtual    the same road with canned printer data: no SNMP agent, no network of its own
+#   ./demo.sh --virtual    both jobs with canned printer data: no SNMP agent, no network of its own
 #   ./demo.sh --protection product protection instead: the user agrees or not, the printer is switched, it is reported
 set -euo pipefail
 cd "$(dirname "$0")"
@@ -31,7 +31,7 @@ export ZT_WORLD
 tools/fetch-tinyxml2.sh
 
 say "The agent, built into dist/"
-tools/build.sh windows -DZT_BUILD_TESTS=OFF ZT ztsnmp ztsnmp_static agreement_sample sim_winspool sim_discovery sim_usbprint sim_agreement
+tools/build.sh windows -DZT_BUILD_TESTS=OFF ZT ztsnmp ztsnmp_static agreement_sample sim_winspool sim_discovery sim_usbprint sim_agreement sim_ui
 rm -rf dist
 cmake --install build/windows >/dev/null
 ls -l dist/bin/ZT.exe

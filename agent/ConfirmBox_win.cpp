@@ -6,7 +6,7 @@
 namespace zt {
 
 bool ConfirmSending(const std::string& report) {
-  return MessageBoxW(nullptr, ToWide(report).c_str(), L"Click Cancel not to send data to server", MB_OKCANCEL) !=
+  return MessageBoxW(nullptr, DecodeText(report).c_str(), L"Click Cancel not to send data to server", MB_OKCANCEL) !=
          IDCANCEL;
 }
 

@@ -184,7 +184,8 @@ bool RunProgram() {
     return false;
   }
   ZOLTLocalSetting settings(ToNarrow(program.baseName));
-  if (!settings.Load()) {
+  // Without a memory every start would post again.
+  if (!settings.Load() || !settings.CanBeKept()) {
     ZT_TRACE(Information, "not enough permission! bye~ " << program.baseName);
     return false;
   }

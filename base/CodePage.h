@@ -13,6 +13,9 @@ std::string ToNarrow(std::wstring_view text);
 // there become replacement characters.
 std::wstring ToWide(std::string_view text);
 
+// DecodeText converts text of unknown encoding, as printers send it: valid UTF-8 as such, anything else as ToWide does.
+std::wstring DecodeText(std::string_view text);
+
 // ToUtf8 converts wide text to UTF-8, whatever the code page.
 std::string ToUtf8(std::wstring_view text);
 

@@ -50,6 +50,8 @@ std::wstring ToWide(std::string_view text) {
   return wide;
 }
 
+std::wstring DecodeText(std::string_view text) { return ToWide(text); }
+
 bool IsLeadByte(unsigned char) { return false; }
 
 }  // namespace zt

@@ -8,23 +8,32 @@
 namespace zt {
 namespace {
 
+template <class Number>
 struct Decimal {
-  int value = 0;
+  Number value = 0;
   const char* end = nullptr;  // first character after the number; null when there is no number
 };
 
-Decimal ReadNumber(std::string_view text) {
+template <class Number>
+Decimal<Number> ReadNumber(std::string_view text) {
   const char* last = text.data() + text.size();
   // from_chars takes "-" but no "+".
   const bool plus = text.size() > 1 && text[0] == '+' && text[1] != '-';
-  Decimal decimal;
+  Decimal<Number> decimal;
   const auto [end, error] = std::from_chars(text.data() + (plus ? 1 : 0), last, decimal.value);
   if (error == std::errc::invalid_argument) return decimal;
   decimal.end = end;
   if (error == std::errc::result_out_of_range) {
-    decimal.value = text.front() == '-' ? std::numeric_limits<int>::min() : std::numeric_limits<int>::max();
+    using Limits = std::numeric_limits<Number>;
+    decimal.value = text.front() == '-' ? Limits::min() : Limits::max();
   }
   return decimal;
+}
+
+template <class Number>
+Number ReadLeading(std::string_view text) {
+  text.remove_prefix(std::min(text.find_first_not_of(" \t\n\v\f\r"), text.size()));
+  return ReadNumber<Number>(text).value;
 }
 
 wchar_t Lower(wchar_t character) {
@@ -56,13 +65,16 @@ std::string OnOneLine(std::string_view text) {
   return line;
 }
 
-int ReadLeadingDecimal(std::string_view text) {
-  text.remove_prefix(std::min(text.find_first_not_of(" \t\n\v\f\r"), text.size()));
-  return ReadNumber(text).value;
+int ReadLeadingDecimal(std::string_view text) { return ReadLeading<int>(text); }
+
+std::uint32_t ReadLeadingUnsigned(std::string_view text) {
+  constexpr std::int64_t kLowest = std::numeric_limits<std::int32_t>::min();
+  constexpr std::int64_t kHighest = std::numeric_limits<std::uint32_t>::max();
+  return static_cast<std::uint32_t>(std::clamp(ReadLeading<std::int64_t>(text), kLowest, kHighest));
 }
 
 std::optional<int> ParseDecimal(std::string_view text) {
-  const Decimal decimal = ReadNumber(text);
+  const Decimal decimal = ReadNumber<int>(text);
   if (!decimal.end || decimal.end != text.data() + text.size()) return std::nullopt;
   return decimal.value;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -22,6 +23,10 @@ std::string OnOneLine(std::string_view text);
 // stops at the first character that is not part of the number. A text that begins with no number gives 0; a number out
 // of range gives the nearest int.
 int ReadLeadingDecimal(std::string_view text);
+
+// ReadLeadingUnsigned reads likewise, up to 4294967295. A negative number gives its 32 bits, which is far above what
+// any figure can be.
+std::uint32_t ReadLeadingUnsigned(std::string_view text);
 
 // ParseDecimal reads a text that is a signed decimal number from its first to its last character; nothing for anything
 // else.

@@ -18,12 +18,15 @@ extern unsigned traceLevel;
 // `source` is the path of the source file; the log keeps its name without folder and extension.
 void WriteTrace(Severity severity, std::string_view source, int line, std::string_view message);
 
-// WriteDebug writes the text, as it is, to the debugger output. It does not touch the log.
+// WriteDebug writes the text, as it is, to the debugger output. It does not touch the log. A text that holds a path
+// goes out wide: the code page may lack some of its characters.
 void WriteDebug(std::string_view text);
 void WriteDebug(std::wstring_view text);
 
-// WriteKvfDebug writes "[KVF] " and the text to the debugger output: the form of the printer-access and HTTP layers.
+// WriteKvfDebug writes "[KVF] " and the text to the debugger output: the form of the HTTP layer's lines, and of that of
+// a settings file that cannot be deleted. The printer-access layer's lines have no tag, or their own.
 void WriteKvfDebug(std::string_view text);
+void WriteKvfDebug(std::wstring_view text);
 
 // ScopedLogger marks in the debugger output when a scope is entered and left.
 class ScopedLogger {

@@ -12,11 +12,8 @@ struct Opaque {
 };
 constexpr Opaque kOpaqueMarkup[] = {{"<!--", "-->"}, {"<![CDATA[", "]]>"}, {"<?", "?>"}};
 
-bool IsNameCharacter(char character) {
-  return (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z') ||
-         (character >= '0' && character <= '9') || character == '_' || character == ':' || character == '-' ||
-         character == '.' || static_cast<unsigned char>(character) >= 0x80;
-}
+// XML's own entities (XML 1.0, 4.6). What a document declares beside them the parser does not read.
+constexpr std::string_view kEntities[] = {"amp", "apos", "gt", "lt", "quot"};
 
 bool IsHexadecimalDigit(char character) {
   return (character >= '0' && character <= '9') || (character >= 'a' && character <= 'f') ||
@@ -30,10 +27,7 @@ bool IsReference(std::string_view text) {
   const std::size_t semicolon = text.find(';');
   if (semicolon == std::string_view::npos || semicolon == 0) return false;
   std::string_view name = text.substr(0, semicolon);
-  if (name.front() != '#') {
-    return !IsDecimalDigit(name.front()) && name.front() != '-' && name.front() != '.' &&
-           std::all_of(name.begin(), name.end(), IsNameCharacter);
-  }
+  if (name.front() != '#') return std::find(std::begin(kEntities), std::end(kEntities), name) != std::end(kEntities);
   name.remove_prefix(1);
   const bool hexadecimal = name.starts_with('x');
   if (hexadecimal) name.remove_prefix(1);
@@ -54,6 +48,10 @@ const tinyxml2::XMLElement* FindChild(const tinyxml2::XMLNode* parent, const cha
 }
 
 const char* ChildText(const tinyxml2::XMLElement* parent, const char* name) { return TextOf(FindChild(parent, name)); }
+
+bool ParseXml(std::string_view xml, tinyxml2::XMLDocument& document) {
+  return document.Parse(xml.data(), xml.size()) == tinyxml2::XML_SUCCESS && !HasBareAmpersand(xml);
+}
 
 bool HasBareAmpersand(std::string_view xml) {
   while (true) {

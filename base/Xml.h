@@ -16,8 +16,12 @@ const char* ChildText(const tinyxml2::XMLElement* parent, const char* name);
 // FindChild answers the first child element of that name; null when there is none or the parent is null.
 const tinyxml2::XMLElement* FindChild(const tinyxml2::XMLNode* parent, const char* name);
 
-// HasBareAmpersand tells whether an "&" that begins no entity or character reference stands in the text, outside of
-// comments, CDATA sections and processing instructions. XML 1.0 (2.4) forbids it; TinyXML-2 lets it pass.
+// ParseXml parses the document of a printer; false when it is none. It refuses bare ampersands, too.
+[[nodiscard]] bool ParseXml(std::string_view xml, tinyxml2::XMLDocument& document);
+
+// HasBareAmpersand tells whether an "&" that begins neither one of XML's five entities nor a character reference stands
+// in the text, outside of comments, CDATA sections and processing instructions. XML 1.0 (2.4, 4.1) forbids it;
+// TinyXML-2 lets it pass, and behind a reference in the same text reads another character in its place.
 bool HasBareAmpersand(std::string_view xml);
 
 }  // namespace zt

@@ -16,7 +16,7 @@ constexpr const char* kHostVersion = "1.0.0.0";
 constexpr const char* kCountryIndex = "12";
 constexpr std::string_view kExtendedID = "CMD:ZOLT,SBXON,CI_12;";
 constexpr std::uint32_t kProtectionOn = 1;
-constexpr std::uint32_t kTonerLife = 64;
+constexpr std::uint32_t kTonerLife = 160;  // past the limit that holds until a server tells another
 constexpr std::uint32_t kTonerChanges = 3;
 
 struct Toner {
@@ -85,7 +85,6 @@ bool VirtualZOLTDataProvider::CollectSBX(PPAInformation& record) {
   record.SetInstalledDate(kInstalledDate);
   record.SetCurrentVersion("1.0");
   record.SetFormatType("1");
-  record.SetSBX("SBXON");
   record.SetCountryIndex(kCountryIndex);
   for (const Toner& canned : kToners) {
     TonerRecord toner(canned.colour);

@@ -10,8 +10,8 @@
 namespace zt {
 
 // VirtualZOLTDataProvider serves the runs with the data of a made-up colour printer, so that an administrator can try
-// the whole road, history and server included, without a printer. It touches neither a printer nor the queue, and none
-// of its operations fails but for a null output.
+// the whole road of both runs, history, server and agreement included, without a printer. It touches neither a printer
+// nor the queue, and none of its operations fails but for a null output.
 class VirtualZOLTDataProvider : public IZOLTDataProvider {
  public:
   explicit VirtualZOLTDataProvider(std::wstring queueName) : queueName_(std::move(queueName)) {}

@@ -1,6 +1,6 @@
 #include "ZOLTDataProviderFromPrinter.h"
 
-#include <iterator>
+#include <new>
 #include <utility>
 
 #include "PPAInformation.h"
@@ -14,12 +14,6 @@ constexpr std::uint32_t kPollPause = 1000;
 constexpr std::size_t kLongestCodes = 1000;
 constexpr const char* kProtectionOn = "@PJL DEFAULT PROTECT_FROM_OVERRUN_CONSUMABLES=ON\r\n";
 constexpr const char* kProtectionOff = "@PJL DEFAULT PROTECT_FROM_OVERRUN_CONSUMABLES=OFF\r\n";
-
-// SBXName is the word by which a printer announces its protection state.
-std::string_view SBXName(std::uint32_t state) {
-  constexpr std::string_view kNames[] = {"", "SBXON", "SBXOFF", "SBXOT"};
-  return state < std::size(kNames) ? kNames[state] : std::string_view();
-}
 
 }  // namespace
 
@@ -92,7 +86,7 @@ bool ZOLTDataProviderFromPrinter::CollectZOLT(ZOLTInformation& record) {
   ZT_TRACE(Information, "Start collecting...");
   if (!IsReady()) return false;
   if (!sbxDocument_.empty()) record.SetDeviceDocument(sbxDocument_);
-  const HResult result = printer_->GetZOLTInformation(record, errorText_);
+  const HResult result = Collect([&] { return printer_->GetZOLTInformation(record, errorText_); });
   record.SetFromUniversalDriver(printer_->IsUniversalDriver());
   ZT_TRACE(Information, "End collecting...");
   TraceCodes(result);
@@ -106,7 +100,7 @@ bool ZOLTDataProviderFromPrinter::CollectSBX(PPAInformation& record) {
   if (!IsReady()) return false;
   if (!sbxDocument_.empty()) return true;
 
-  const HResult result = printer_->GetPPAInformation(record, errorText_);
+  const HResult result = Collect([&] { return printer_->GetPPAInformation(record, errorText_); });
   ZT_TRACE(Information, "End SBX collecting...");
   TraceCodes(result);
   if (!Succeeded(result)) return false;
@@ -114,8 +108,6 @@ bool ZOLTDataProviderFromPrinter::CollectSBX(PPAInformation& record) {
   if (Succeeded(printer_->GetModelName(text))) record.SetModelName(text);
   if (Succeeded(printer_->GetSerialNumber(text))) record.SetSerialNumber(text);
   if (Succeeded(printer_->GetCountryIndex(text))) record.SetCountryIndex(text);
-  std::uint32_t state = 0;
-  if (Succeeded(printer_->GetSBXState(&state))) record.SetSBX(SBXName(state));
   sbxDocument_ = record.DeviceDocument();
   return true;
 }
@@ -201,6 +193,15 @@ bool ZOLTDataProviderFromPrinter::IsReady() const {
   if (printer_ && initialised_) return true;
   ZT_TRACE(Information, (printer_ ? "failed to initialize printer" : "printer invalid"));
   return false;
+}
+
+HResult ZOLTDataProviderFromPrinter::Collect(const std::function<HResult()>& collection) {
+  try {
+    return collection();
+  } catch (const std::bad_alloc&) {
+    errorText_ = "/no memory";  // short enough to need none
+    return HResult::Fail;
+  }
 }
 
 void ZOLTDataProviderFromPrinter::TraceCodes(HResult result) {

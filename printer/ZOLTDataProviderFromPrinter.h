@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -37,6 +38,9 @@ class ZOLTDataProviderFromPrinter : public IZOLTDataProvider {
  private:
   // IsReady tells whether the printer is there and open; it traces what is missing.
   bool IsReady() const;
+
+  // Collect makes a collection of the printer. Memory that the printer's document has used up makes it fail.
+  HResult Collect(const std::function<HResult()>& collection);
 
   // TraceCodes traces, once, why a collection failed or what it lacked.
   void TraceCodes(HResult result);

@@ -66,18 +66,10 @@ void PPAProcessor::Run(const PPARunOptions& options, IZOLTDataProvider& provider
   }
   const auto ask = [&] { return showAgreement_(queue, options.language, countryIndex == "52"); };
 
-  Agreement agreement = Agreement::NotDue;
-  switch (QuestionForProtectedPrinter(state, tonerLife, policy, countryIndex)) {
-    case Question::None:
-      break;
-    case Question::Decline:
-      agreement = Agreement::DisagreedUnreported;
-      break;
-    case Question::Ask:
-      agreement = ask();
-      break;
-  }
-  if (IsRefused(agreement)) provider.SetProtection(false);
+  Agreement agreement = Agreement::DisagreedUnreported;  // until somebody is asked
+  const Question question = QuestionForProtectedPrinter(state, tonerLife, policy, countryIndex);
+  if (question == Question::Ask) agreement = ask();
+  if (question != Question::None && IsRefused(agreement)) provider.SetProtection(false);
 
   const bool askedFirst = IsServerAskedFirst(policyStored, state);
   if (askedFirst && !AskServer(provider, client, skipChecker, policy)) return;
@@ -112,6 +104,7 @@ void PPAProcessor::Run(const PPARunOptions& options, IZOLTDataProvider& provider
     return;
   }
   if (!provider.GetHostVersion(record)) WriteDebug("[ZT] Failed to get host version");
+  record.SetSBX(std::to_string(tonerLife));
 
   if (state == SBXState::Off) {
     agreement = ask();
@@ -138,17 +131,17 @@ void PPAProcessor::Run(const PPARunOptions& options, IZOLTDataProvider& provider
   }
   if (options.showResult) {
     if (!confirm_(document)) {
-      ZT_TRACE(Warning, "cancel sending...");
+      ZT_TRACE(Information, "cancel sending...");
       return;
     }
-    ZT_TRACE(Warning, "sending accepted...");
+    ZT_TRACE(Information, "sending accepted...");
   }
   ServerAnswer answer;
   if (client.PostSBX(document, answer)) {
     ZT_TRACE(Information, "send sucessfully...");
     skipChecker.RecordPPSend(serialNumber, std::nullopt);
   } else {
-    ZT_TRACE(Warning, "failed to send...");
+    ZT_TRACE(Information, "failed to send...");
   }
 }
 

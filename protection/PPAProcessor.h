@@ -19,7 +19,7 @@ struct PPARunOptions {
 };
 
 // ShowAgreement asks the user whether the printer behind the queue is to stop when a consumable is exhausted.
-// `countryIs52` tells the dialog that the printer was made for that country index. Never NotDue.
+// `countryIs52` tells the dialog that the printer was made for that country index.
 using ShowAgreement =
     std::function<Agreement(const std::wstring& queue, const std::wstring& language, bool countryIs52)>;
 

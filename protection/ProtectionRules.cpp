@@ -42,9 +42,7 @@ ServerPolicy MergePolicy(const ServerPolicy& policy, const ServerAnswer& answer)
 
 bool IsTonerFresh(std::uint32_t tonerLife) { return tonerLife < kFreshTonerLife; }
 
-bool IsRefused(Agreement agreement) {
-  return agreement == Agreement::Disagreed || agreement == Agreement::DisagreedUnreported;
-}
+bool IsRefused(Agreement agreement) { return agreement != Agreement::Agreed; }
 
 bool IsReportDue(SBXState state, Agreement agreement) { return state == SBXState::Off || IsRefused(agreement); }
 

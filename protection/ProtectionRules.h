@@ -20,10 +20,9 @@ enum class SBXState : std::uint32_t {
 
 // Agreement is the outcome of the user's agreement.
 enum class Agreement {
-  NotDue = 0,              // there was no reason to ask
   Agreed = 1,              // the printer is to protect itself
   Disagreed = 2,           // not agreed, to be reported
-  DisagreedUnreported = 3  // not agreed, not to be reported; also when the dialog cannot be shown
+  DisagreedUnreported = 3  // not agreed, not to be reported; also when nobody was asked
 };
 
 // IsProtectable tells whether the printer takes part: its protection can be switched.
@@ -54,7 +53,7 @@ ServerPolicy MergePolicy(const ServerPolicy& policy, const ServerAnswer& answer)
 // IsTonerFresh tells whether the toner life is so low that no limit applies.
 bool IsTonerFresh(std::uint32_t tonerLife);
 
-// IsRefused tells whether the agreement was decided, and not agreed to.
+// IsRefused tells whether it was not agreed to.
 bool IsRefused(Agreement agreement);
 
 // IsReportDue tells whether data is collected: the protection is off, or the agreement was refused.

@@ -1,10 +1,35 @@
 #include "ZOLTProcessor.h"
 
+#include <new>
+#include <optional>
+#include <string>
+
 #include "ReportXml.h"
 #include "Trace.h"
 #include "ZOLTInformation.h"
 
 namespace zt {
+namespace {
+
+// CollectReport answers the text of the printer's report; nothing when it cannot be collected. Memory that a document
+// has used up is a failure like any other: it must be recorded, or each start would try again.
+std::optional<std::string> CollectReport(IZOLTDataProvider& provider) {
+  try {
+    ZOLTInformation record;
+    if (!provider.CollectZOLT(record)) return std::nullopt;
+    std::string document = record.ToText();
+    // What is wrong with it is noted for support. The server decides what it takes.
+    if (std::string findings; !ZOLTInformation::ValidateXml(document, findings)) {
+      ZT_TRACE(Warning, BeginningOfFindings(findings));
+    }
+    return document;
+  } catch (const std::bad_alloc&) {
+    ZT_TRACE(Warning, "no memory for the report");
+    return std::nullopt;
+  }
+}
+
+}  // namespace
 
 // The order of the checks matters: a printer that could not be read last week is not even opened, a server that failed
 // last week holds up every queue, and only a printer whose serial number can be read is looked up in the history.
@@ -67,26 +92,21 @@ void ZOLTProcessor::Run(const ZOLTRunOptions& options, IZOLTDataProvider& provid
   }
   if (jobsPending) ZT_TRACE(Warning, "still jobs, but go...");
 
-  ZOLTInformation record;
-  if (!provider.CollectZOLT(record)) {
+  const std::optional<std::string> document = CollectReport(provider);
+  if (!document) {
     skipChecker.RecordIOFail(address);
     ZT_TRACE(Information, "Failed to get info from device. Will retry at next week. bye~");
     return;
   }
-  const std::string document = record.ToText();
-  // What is wrong with it is noted for support. The server decides what it takes.
-  if (std::string findings; !ZOLTInformation::ValidateXml(document, findings)) {
-    ZT_TRACE(Warning, BeginningOfFindings(findings));
-  }
   if (options.showResult) {
-    if (!confirm_(document)) {
+    if (!confirm_(*document)) {
       ZT_TRACE(Information, "cancel sending...");
       return;
     }
     ZT_TRACE(Information, "sending accepted...");
   }
 
-  if (client.PostZOLT(document, answer)) {
+  if (client.PostZOLT(*document, answer)) {
     skipChecker.RecordSendSuccess(serialNumber, std::nullopt);
     ZT_TRACE(Information, "send sucessfully...");
   } else {

@@ -2,6 +2,7 @@
 
 import argparse
 import sys
+from collections.abc import Callable
 from pathlib import Path
 
 SIM = Path(__file__).resolve().parent
@@ -13,11 +14,14 @@ from show_request import show_request  # noqa: E402
 from snmp_agent import start_agent  # noqa: E402
 from snmp_client import walk  # noqa: E402
 from usb_printers import UsbPrinters  # noqa: E402
+from ztsim.desktop import Hands  # noqa: E402
 from ztsim.world import BUILD, Result, World  # noqa: E402
 
 QUEUE = "Office colour printer"
 PRINTER = SIM / "printers" / "colour.mib"
 USB_PRINTER = SIM / "usb" / "colour.ini"
+AGREEMENT = BUILD / "agreement-sample" / "UA.dll"
+DIALOG = "Product protection"
 DISCOVERY = BUILD / "sim" / "function-discovery" / "function-discovery.dll"
 DISCOVERED = "urn:uuid:4509a320-00a0-008f-00b6-001a2b004711 = string 127.0.0.1\n"
 
@@ -81,13 +85,18 @@ def show_printer(show: Show) -> None:
             show.block(f"{format_oid(name)} = {format_value(value)}")
 
 
-def start(show: Show, world: World, server: ReportServer, title: str) -> Result:
+def start(
+    show: Show, world: World, server: ReportServer, title: str, *switches: str, user: Callable[[], None] = lambda: None
+) -> Result:
+    """One start of the agent with these switches, and what it did. `user` is at work meanwhile."""
     before = world.settings
     posted = len(server.requests)
-    show.step(f'{title}: ZT.exe -QName "{QUEUE}"')
+    show.step(" ".join([f'{title}: ZT.exe -QName "{QUEUE}"', *switches]))
     print("   ZT.ini before:")
     show.block(before)
-    result = world.run("-QName", QUEUE)
+    run = world.start("-QName", QUEUE, *switches)
+    user()
+    result = run.wait()
     for request in server.requests[posted:]:
         print("   The report server was sent:")
         show.block(show_request(request))
@@ -143,7 +152,7 @@ def main() -> int:
         show.step(f"The report server: {server.url}")
         if options.virtual:
             show.step("The printer: canned data (registry flag VirtualTest)")
-            tour(show, world, server)
+            tour(show, world, server, protect)
         elif options.usb:
             usb_tour(show, world, server)
         else:
@@ -156,7 +165,31 @@ def main() -> int:
     return show.close()
 
 
-def tour(show: Show, world: World, server: ReportServer) -> None:
+def protect(show: Show, world: World, server: ReportServer) -> None:
+    """The agent's other job: the toner is past its limit, so the user is asked by the sample of the agreement dialog."""
+    world.install(AGREEMENT)
+    hands = Hands(world)
+
+    def disagree() -> None:
+        print("   The user is shown, and presses Disagree:")
+        show.block(hands.wait(DIALOG, seconds=30))
+        hands.press(DIALOG, "Disagree")
+
+    posted = len(server.requests)
+    result = start(show, world, server, "Product protection", "-SBXOnly", user=disagree)
+    show.expect(pages(server, posted) == ["CheckSBX.aspx", "ConnectorSBX.aspx"], "the server was asked, then sent the report")
+    report = server.requests[-1].fields.get("data", "")
+    show.expect("<SBX>160</SBX>" in report and "<ZOLTAgree>0<" in report, "the report holds toner life and agreement")
+    show.expect("4 send sucessfully..." in result.log_texts, '"send sucessfully..."')
+    show.expect("LastPPSendTime_" in world.settings, "the history holds the time of this report")
+
+
+def tour(
+    show: Show,
+    world: World,
+    server: ReportServer,
+    while_served: Callable[[Show, World, ReportServer], None] = lambda *_: None,
+) -> None:
     result = start(show, world, server, "First start")
     show.expect(pages(server, 0) == ["CheckDate.aspx", "Connector.aspx"], "the server was asked, then sent the report")
     report = server.requests[-1].fields.get("data", "") if server.requests else ""
@@ -168,6 +201,8 @@ def tour(show: Show, world: World, server: ReportServer) -> None:
     result = start(show, world, server, "Second start")
     show.expect(result.log_texts[-1:] == ["4 skip send success local. bye~"], '"skip send success local. bye~"')
     show.expect(pages(server, posted) == [], "nothing was sent")
+
+    while_served(show, world, server)
 
     server.stop()
     world.settings_file.unlink(missing_ok=True)

@@ -89,7 +89,7 @@ def main() -> int:
             result = road.start("The user disagrees", DISAGREE)
             show.expect(road.jobs == [PROTECT + "OFF\r\n"], "the printer was told not to protect itself")
             show.expect(road.pages == [CHECK, POST], "the server was asked for the limits, then sent the report")
-            show.expect("<SBX>SBXON</SBX>" in road.report and "<Toner>" in road.report, "it holds state and toners")
+            show.expect("<SBX>18282</SBX>" in road.report and "<Toner>" in road.report, "it holds life and toners")
             show.expect("4 send sucessfully..." in result.log_texts, '"send sucessfully..."')
             show.expect("LastPPSendTime_" in world.settings, "the history holds the time of this report")
 

@@ -31,7 +31,9 @@ class Logger {
   // Write queues one line. With more than 10 lines queued it flushes.
   void Write(Severity severity, std::string_view source, int line, std::string_view message);
 
-  // Flush rotates the file when it has grown beyond 1 MiB, then appends every queued line.
+  // Flush rotates the file when it has grown beyond 1 MiB, then appends every queued line. A file that is new or cannot
+  // be opened is given full access for everyone and normal attributes first; if it does not open then, the lines are
+  // lost.
   void Flush();
 
  private:

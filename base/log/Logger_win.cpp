@@ -35,6 +35,12 @@ FileHandle Append(const std::wstring& path, DWORD disposition) {
                                 FILE_ATTRIBUTE_NORMAL, nullptr));
 }
 
+// A folder whose path was given by mistake must not be opened to everyone.
+bool IsFolder(const std::wstring& path) {
+  const DWORD attributes = GetFileAttributesW(path.c_str());
+  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY);
+}
+
 }  // namespace
 
 Logger processLogger;
@@ -88,7 +94,9 @@ void Logger::Flush() {
 
 FileHandle Logger::OpenForAppending() const {
   if (FileHandle existing = Append(path_, OPEN_EXISTING)) return existing;
-  if (!Append(path_, OPEN_ALWAYS)) return FileHandle();
+  // Whether it could be made or not: it may be there and only be read-only, or closed to this user.
+  Append(path_, OPEN_ALWAYS);
+  if (IsFolder(path_)) return FileHandle();
   GrantEveryoneFullAccess(path_);
   return Append(path_, OPEN_ALWAYS);
 }

@@ -3,7 +3,8 @@
     cmake --build --preset windows && sim/in-namespace python3 bench/agent/run.py
 
 The floor is a minimal Windows program in the same world that makes as many bare UDP round trips to the same SNMP agent as the
-run makes SNMP exchanges. Times are of whole processes, start and end included; medians of RUNS runs, taken in turn.
+run makes SNMP exchanges. Times are of whole processes, start and end included; medians of RUNS runs, taken in turn. Last
+comes the peak memory of runs whose printer delivers the worst documents of the longest length that is taken.
 """
 
 import statistics
@@ -13,15 +14,25 @@ import time
 from pathlib import Path
 
 ROOT = Path(__file__).resolve().parent.parent.parent
-sys.path[:0] = [str(ROOT / "sim"), str(ROOT / "sim" / "snmp-agent"), str(ROOT / "sim" / "report-server")]
+SIM = ROOT / "sim"
+sys.path[:0] = [str(folder) for folder in (SIM, SIM / "snmp-agent", SIM / "report-server", SIM / "usb")]
 
+import answers  # noqa: E402
 from hostile import HostileAgent  # noqa: E402
 from report_server import ReportServer  # noqa: E402
 from snmp_agent import start_agent  # noqa: E402
+from usb_printers import UsbPrinters  # noqa: E402
 from ztsim.world import AGENT, BUILD, World  # noqa: E402
 
 RUNS = 31
-PRINTER = ROOT / "sim" / "printers" / "colour.mib"
+PRINTER = SIM / "printers" / "colour.mib"
+DOCUMENT_PRINTER = SIM / "printers" / "rds.mib"
+LONGEST_DOCUMENT = 1024 * 1024
+DOCUMENTS = {  # what stands around the elements, and how one of them looks
+    "elements, 90 deep": ("<a>" * 90, "<a/>", "</a>" * 90),
+    "most nodes": ("", "x<!>", ""),
+    "most findings": ("", "x<!><Toner/>", ""),
+}
 SPOOLER = """[queue Office]
 driver = Velnora RV-2160 PCL
 port = IP_127.0.0.1
@@ -29,6 +40,13 @@ port = IP_127.0.0.1
 [port IP_127.0.0.1]
 monitor = TCPMON.DLL
 address = 127.0.0.1
+"""
+USB_PRINTER = r"""[printer VID_1A2B&PID_0001#SN0001]
+port = 1
+id = text MFG:Velnora;MDL:Velnora RV-2160;CMD:ZOLT,FWV,RDS;
+49 00 01 = text SN0001
+56 00 00 = text V1
+document = file \??\C:\usbprint\document.xml
 """
 
 
@@ -61,6 +79,28 @@ def count_exchanges(world: World) -> int:
         return len(printer.requests)
 
 
+def longest_document(begin: str, element: str, end: str) -> str:
+    begin = "<root><ZOLT><Count/><Supplies>" + begin
+    end += "</Supplies></ZOLT></root>"
+    return begin + element * ((LONGEST_DOCUMENT - len(begin) - len(end)) // len(element)) + end
+
+
+def print_peaks_with_documents() -> None:
+    documents = {name: longest_document(*parts) for name, parts in DOCUMENTS.items()}
+    with World() as world, ReportServer() as server, ReportServer(port=80) as web, start_agent(DOCUMENT_PRINTER):
+        usb = UsbPrinters(world.prefix, USB_PRINTER)
+        world.flags(URL=server.url, DontCheckSkip=1)
+        usb_port = SPOOLER.replace("IP_127.0.0.1", "USB001").replace("address = 127.0.0.1", "")
+        for road, script in ("HTTP", SPOOLER), ("USB", usb_port):
+            world.spooler(script)
+            for name, document in documents.items():
+                web.answer("rds/rds.xml", answers.Answer(document))
+                usb.document(document.encode())
+                server.requests.clear()
+                peak = max(peak_of(world, "ZT.exe", "-QName", "Office") for _ in range(3))
+                print(f"{road}, {name:<20} peak {peak:.1f} MiB; reports posted {len(server.requests)} in 3 runs")
+
+
 def main() -> None:
     listing = subprocess.run(["x86_64-w64-mingw32-objdump", "-p", AGENT], capture_output=True, text=True, check=True).stdout
     libraries = [line.split(":")[1].strip() for line in listing.splitlines() if "DLL Name:" in line]
@@ -89,6 +129,7 @@ def main() -> None:
     for name, taken in times.items():
         spread = f"{min(taken):.1f} to {max(taken):.1f}"
         print(f"{name:<24}{statistics.median(taken):7.1f} ms ({spread}), peak {peaks[name]:.1f} MiB")
+    print_peaks_with_documents()
 
 
 if __name__ == "__main__":

@@ -65,7 +65,8 @@ class KVFPrinter {
   // answered once.
   virtual HResult GetSerialNumber(std::string& serialNumber);
 
-  // GetPageCounters reads the largest of the printer's counters and the total of what it counted.
+  // GetPageCounters reads the largest of the printer's counters and the total of what it counted. Negative codes that
+  // the printer has in their place count modulo 2^32.
   virtual HResult GetPageCounters(std::uint32_t& largest, std::uint32_t& total) = 0;
 
   // GetCountryIndex answers the country index of the command set; Fail without one.

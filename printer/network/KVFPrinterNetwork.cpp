@@ -77,7 +77,7 @@ HResult KVFPrinterNetwork::Open() {
 
 HResult KVFPrinterNetwork::GetStatusBlock(StatusBlock& status) {
   std::string text;
-  if (!snmp_.GetText(kStatusBlock, text)) return HResult::Fail;
+  if (!snmp_.GetBytes(kStatusBlock, text)) return HResult::Fail;
   if (text.size() == status.bytes.size()) {
     std::copy(text.begin(), text.end(), status.bytes.begin());
     status.valid = true;
@@ -101,7 +101,7 @@ HResult KVFPrinterNetwork::GetSupplyLevels(std::vector<SupplyEntry>& supplies) {
 
 HResult KVFPrinterNetwork::GetSupplyUnitInfo(std::vector<SupplyEntry>& supplies) {
   SupplyEntry unit{SupplyKind::Unit, {}};
-  std::int32_t number = 0;
+  std::int64_t number = 0;
   const bool hasIBL = snmp_.GetInteger(kUnitIBL, number);
   if (hasIBL) unit.attributes[SupplyAttribute::UnitIBL] = std::to_string(number);
   if (snmp_.GetInteger(kUnitTTime, number)) unit.attributes[SupplyAttribute::UnitTTime] = std::to_string(number);
@@ -138,24 +138,28 @@ HResult KVFPrinterNetwork::GetPPAInformation(PPAInformation& record, std::string
 }
 
 HResult KVFPrinterNetwork::GetDeviceID(std::string& deviceID) {
-  for (std::optional<std::string>& found : snmp_.GetSeveral(kDeviceIDs)) {
+  std::optional<std::vector<std::optional<std::string>>> answer = snmp_.GetSeveral(kDeviceIDs);
+  if (!answer) return HResult::Fail;
+  for (std::optional<std::string>& found : *answer) {
     if (!found || found->empty()) continue;
     deviceID = *std::move(found);
     return HResult::Ok;
   }
+  // The commonest end with printers of other makers; one that is switched off ends alike otherwise.
+  ZT_TRACE(Warning, "printer answers without a device ID : " << address_);
   return HResult::Fail;
 }
 
 HResult KVFPrinterNetwork::GetPageCounters(std::uint32_t& largest, std::uint32_t& total) {
-  std::vector<std::int32_t> maxima;
-  std::vector<std::int32_t> totals;
+  std::vector<std::int64_t> maxima;
+  std::vector<std::int64_t> totals;
   if (!snmp_.WalkIntegers(kTonerMaxima, maxima) || !snmp_.WalkIntegers(kTonerTotals, totals)) return HResult::Fail;
   if (maxima.size() != totals.size()) return HResult::Fail;
-  std::int32_t highest = 0;
-  for (const std::int32_t value : maxima) highest = std::max(highest, value);
+  // Where all are codes below 0 the largest is one, too: "unknown" must not become 0 pages.
+  const auto highest = std::max_element(maxima.begin(), maxima.end());
   std::uint32_t sum = 0;
-  for (const std::int32_t value : totals) sum += static_cast<std::uint32_t>(value);
-  largest = static_cast<std::uint32_t>(highest);
+  for (const std::int64_t value : totals) sum += static_cast<std::uint32_t>(value);
+  largest = highest == maxima.end() ? 0 : static_cast<std::uint32_t>(*highest);
   total = sum;
   return HResult::Ok;
 }
@@ -189,7 +193,7 @@ HResult KVFPrinterNetwork::ReadToners(std::vector<SupplyEntry>& supplies, std::s
 
 HResult KVFPrinterNetwork::ReadInstalledDate(std::string& date, std::string& notes) {
   std::string value;
-  if (!snmp_.GetText(kInstalledDate, value) || value.empty()) {
+  if (!snmp_.GetBytes(kInstalledDate, value) || value.empty()) {
     notes += "/no instdate";
     return HResult::Fail;
   }
@@ -210,7 +214,7 @@ bool KVFPrinterNetwork::WalkPublicTable(SupplyColumns& columns) {
 bool KVFPrinterNetwork::WalkPrivateTable(SupplyColumns& columns) {
   return snmp_.WalkIntegers(kTonerColors, columns.colors) && snmp_.WalkTexts(kTonerVendors, columns.vendors) &&
          snmp_.WalkTexts(kTonerSuppliers, columns.suppliers) && snmp_.WalkTexts(kTonerModels, columns.models) &&
-         snmp_.WalkTexts(kTonerSerials, columns.serials) && snmp_.WalkTexts(kTonerDates, columns.dates);
+         snmp_.WalkTexts(kTonerSerials, columns.serials) && snmp_.WalkBytes(kTonerDates, columns.dates);
 }
 
 HResult KVFPrinterNetwork::FetchUsageDocument(ReportRecord& record, std::string& errorText) {

@@ -1,5 +1,6 @@
 #include "PrinterSNMPClient.h"
 
+#include <algorithm>
 #include <charconv>
 #include <utility>
 
@@ -16,28 +17,45 @@ constexpr std::size_t kMaximumRows = 4096;
 // A printer with a handful of supplies needs 15 seconds when each answer comes just in time. One that has thousands of
 // rows to tell that slowly would hold the run, and all that wait for it, for hours.
 constexpr std::chrono::minutes kLongestWalk{1};
+constexpr int kTimeout = 3;  // seconds
+// A little less than the time-out, so that no clock's rounding makes an answer of it.
+constexpr std::chrono::milliseconds kSilence{kTimeout * 1000 - 100};
 constexpr int kNoSuchName = 2;  // RFC 1157, section 4.1.2: no object of that name, or none behind it
 
-std::optional<std::string> TextOf(const SNMPDataType& value) {
+std::optional<std::string> BytesOf(const SNMPDataType& value) {
   if (value.getDataType() != DataTypeOctetString) return std::nullopt;
   std::uint64_t length = 0;
   const unsigned char* bytes = static_cast<const OctetString&>(value).getValue(length);
   return std::string(reinterpret_cast<const char*>(bytes), static_cast<std::size_t>(length));
 }
 
-std::optional<std::int32_t> NumberOf(const SNMPDataType& value) {
+std::optional<std::string> TextOf(const SNMPDataType& value) {
+  if (value.getDataType() != DataTypeOctetString) return std::nullopt;
+  return value.toString();  // up to the first NUL
+}
+
+std::optional<std::int64_t> NumberOf(const SNMPDataType& value) {
   switch (value.getDataType()) {
     case DataTypeInteger:
       return static_cast<const Integer&>(value).getValue();
     case DataTypeCounter:
-      return static_cast<std::int32_t>(static_cast<const Counter&>(value).getValue());
+      return static_cast<const Counter&>(value).getValue();
     case DataTypeGauge:
-      return static_cast<std::int32_t>(static_cast<const Gauge&>(value).getValue());
+      return static_cast<const Gauge&>(value).getValue();
     case DataTypeTimeTicks:
-      return static_cast<std::int32_t>(static_cast<const TimeTicks&>(value).getValue());
+      return static_cast<const TimeTicks&>(value).getValue();
     default:
       return std::nullopt;
   }
+}
+
+// IsAnswered tells whether a get that failed was answered at all. It goes out without values: an error, or a value that
+// could be read beside one that could not, has come with an answer.
+bool IsAnswered(const ReqRespPDU& pdu) {
+  if (pdu.getErrorStatus() > 0) return true;
+  const std::span bindings(pdu.getVarBindList(), static_cast<std::size_t>(pdu.getVarBindCount()));
+  return std::any_of(bindings.begin(), bindings.end(),
+                     [](const VarBind& binding) { return binding.getValue().getDataType() != DataTypeNull; });
 }
 
 // ArcsOf answers the numbers of a dotted name; nothing when one of them is no 32-bit number.
@@ -61,7 +79,7 @@ bool IsUnder(std::string_view name, std::string_view column) {
 
 PrinterSNMPClient::PrinterSNMPClient(SteadyNow now) : now_(std::move(now)) {
   target_.setRetryCount(0);
-  target_.setTimeout(3);
+  target_.setTimeout(kTimeout);
   target_.setReadCommunity("public");
 }
 
@@ -74,23 +92,14 @@ bool PrinterSNMPClient::SetReadCommunity(const std::string& community) {
   return target_.setReadCommunity(community.c_str()) == StatusSuccess;
 }
 
-bool PrinterSNMPClient::GetText(const char* name, std::string& text) {
-  if (!Get(name)) return false;
-  std::optional<std::string> value = TextOf(pdu_.getVarBind(0).getValue());
-  if (!value) return false;
-  text = *std::move(value);
-  return true;
-}
+bool PrinterSNMPClient::GetText(const char* name, std::string& text) { return Get(name, TextOf, text); }
 
-bool PrinterSNMPClient::GetInteger(const char* name, std::int32_t& number) {
-  if (!Get(name)) return false;
-  const std::optional<std::int32_t> value = NumberOf(pdu_.getVarBind(0).getValue());
-  if (!value) return false;
-  number = *value;
-  return true;
-}
+bool PrinterSNMPClient::GetBytes(const char* name, std::string& bytes) { return Get(name, BytesOf, bytes); }
 
-std::vector<std::optional<std::string>> PrinterSNMPClient::GetSeveral(std::span<const char* const> names) {
+bool PrinterSNMPClient::GetInteger(const char* name, std::int64_t& number) { return Get(name, NumberOf, number); }
+
+std::optional<std::vector<std::optional<std::string>>> PrinterSNMPClient::GetSeveral(
+    std::span<const char* const> names) {
   std::vector<std::optional<std::string>> texts(names.size());
   std::vector<std::size_t> asked;  // index of the name behind each binding
   std::vector<VarBind> bindings;
@@ -99,22 +108,39 @@ std::vector<std::optional<std::string>> PrinterSNMPClient::GetSeveral(std::span<
     bindings.emplace_back(OID(names[i]));
   }
 
+  bool answered = false;
   while (!bindings.empty()) {
     if (pdu_.setVarBindList(bindings.data(), static_cast<int>(bindings.size())) != StatusSuccess) break;
-    if (manager_.get(pdu_, target_) == StatusSuccess) {
+    const auto begun = now_();
+    const int status = manager_.get(pdu_, target_);
+    if (status == StatusSuccess) {
       for (unsigned i = 0; i < asked.size(); ++i) texts[asked[i]] = TextOf(pdu_.getVarBind(i).getValue());
-      break;
+      return texts;
     }
+    if (status != StatusOperationFailed) break;
+    const bool anythingRead = IsAnswered(pdu_);
+    answered = answered || anythingRead;
     // SNMPv1 refuses the whole request when it lacks one object, and says which (RFC 1157, section 4.1.2).
     const int index = pdu_.getErrorIndex();
-    if (pdu_.getErrorStatus() != kNoSuchName || index < 1 || static_cast<std::size_t>(index) > bindings.size()) break;
-    bindings.erase(bindings.begin() + (index - 1));
-    asked.erase(asked.begin() + (index - 1));
+    if (pdu_.getErrorStatus() == kNoSuchName && index >= 1 && static_cast<std::size_t>(index) <= bindings.size()) {
+      bindings.erase(bindings.begin() + (index - 1));
+      asked.erase(asked.begin() + (index - 1));
+      continue;
+    }
+    // A value that cannot be read spoils the others, and so does one for which they don't fit into one message. Nothing
+    // of such an answer may have been read, but it came in time.
+    if (asked.size() == 1 || (!anythingRead && now_() - begun >= kSilence)) break;
+    for (const std::size_t i : asked) {
+      if (std::string text; GetText(names[i], text)) texts[i] = std::move(text);
+      answered = answered || texts[i] || IsAnswered(pdu_);
+    }
+    break;
   }
+  if (!answered) return std::nullopt;
   return texts;
 }
 
-bool PrinterSNMPClient::WalkIntegers(const char* column, std::vector<std::int32_t>& numbers) {
+bool PrinterSNMPClient::WalkIntegers(const char* column, std::vector<std::int64_t>& numbers) {
   return Walk(column, NumberOf, numbers);
 }
 
@@ -122,17 +148,27 @@ bool PrinterSNMPClient::WalkTexts(const char* column, std::vector<std::string>& 
   return Walk(column, TextOf, texts);
 }
 
+bool PrinterSNMPClient::WalkBytes(const char* column, std::vector<std::string>& bytes) {
+  return Walk(column, BytesOf, bytes);
+}
+
 bool PrinterSNMPClient::WalkAndJoin(const char* column, std::string& text) {
   std::vector<std::string> rows;
-  if (!WalkTexts(column, rows)) return false;
-  text.clear();
-  for (const std::string& row : rows) text += row;
+  if (!WalkBytes(column, rows)) return false;
+  std::string joined;
+  for (const std::string& row : rows) joined += row;
+  text = joined.c_str();  // up to the first NUL
   return true;
 }
 
-bool PrinterSNMPClient::Get(const char* name) {
+template <class Value>
+bool PrinterSNMPClient::Get(const char* name, std::optional<Value> (*read)(const SNMPDataType& value), Value& value) {
   binding_.setOID(OID(name));
-  return pdu_.setVarBindList(&binding_, 1) == StatusSuccess && manager_.get(pdu_, target_) == StatusSuccess;
+  if (pdu_.setVarBindList(&binding_, 1) != StatusSuccess || manager_.get(pdu_, target_) != StatusSuccess) return false;
+  std::optional<Value> answer = read(pdu_.getVarBind(0).getValue());
+  if (!answer) return false;
+  value = *std::move(answer);
+  return true;
 }
 
 template <class Value>

@@ -31,30 +31,34 @@ class PrinterSNMPClient {
   // SetReadCommunity takes 1 to 25 characters; false, the old one kept, for anything else.
   bool SetReadCommunity(const std::string& community);
 
-  // GetText reads an OCTET STRING; an empty one is an answer, too.
+  // GetText reads an OCTET STRING as text, which ends at its first NUL: printers fill fields of a fixed size up with
+  // NULs. An empty one is an answer, too. GetBytes reads all of its bytes.
   bool GetText(const char* name, std::string& text);
+  bool GetBytes(const char* name, std::string& bytes);
 
-  // GetInteger reads a number of any of the SNMP types, unsigned ones bit by bit.
-  bool GetInteger(const char* name, std::int32_t& number);
+  // GetInteger reads a number of any of the SNMP types, signed or unsigned as the type is.
+  bool GetInteger(const char* name, std::int64_t& number);
 
-  // GetSeveral reads several OCTET STRINGs with one request. An object that the printer does not know, or that is no
-  // OCTET STRING, has no text; when the printer refuses the request for the sake of one object, the rest is asked for
-  // again. The results stand in the order of the names.
-  std::vector<std::optional<std::string>> GetSeveral(std::span<const char* const> names);
+  // GetSeveral reads several texts with one request. An object that the printer does not know, or that is no OCTET
+  // STRING, has none. When the printer refuses the request for the sake of one object, the rest is asked for again;
+  // when its answer is of no use for another reason, each object is asked for by itself. The results stand in the order
+  // of the names. Nothing at all when the printer does not answer.
+  std::optional<std::vector<std::optional<std::string>>> GetSeveral(std::span<const char* const> names);
 
-  // WalkIntegers and WalkTexts read a column of a table, in the order of its rows. A column without rows is a success.
-  // They fail when the printer stops answering, or answers a value of another type, a name that does not increase, more
-  // than 4096 rows, or rows for more than a minute.
-  bool WalkIntegers(const char* column, std::vector<std::int32_t>& numbers);
+  // WalkIntegers, WalkTexts and WalkBytes read a column of a table, in the order of its rows. A column without rows is
+  // a success. They fail when the printer stops answering, or answers a value of another type, a name that does not
+  // increase, more than 4096 rows, or rows for more than a minute.
+  bool WalkIntegers(const char* column, std::vector<std::int64_t>& numbers);
   bool WalkTexts(const char* column, std::vector<std::string>& texts);
+  bool WalkBytes(const char* column, std::vector<std::string>& bytes);
 
-  // WalkAndJoin reads a column of texts and joins them.
+  // WalkAndJoin joins the bytes of a column's rows and reads them as one text.
   bool WalkAndJoin(const char* column, std::string& text);
 
  private:
-  bool Get(const char* name);
-
   // `read` answers nothing for a value of another type.
+  template <class Value>
+  bool Get(const char* name, std::optional<Value> (*read)(const SNMPDataType& value), Value& value);
   template <class Value>
   bool Walk(const char* column, std::optional<Value> (*read)(const SNMPDataType& value), std::vector<Value>& values);
 

@@ -6,9 +6,9 @@
 namespace zt {
 namespace {
 
-constexpr std::int32_t kToner = 3;  // RFC 3805, PrtMarkerSuppliesTypeTC
+constexpr std::int64_t kToner = 3;  // RFC 3805, PrtMarkerSuppliesTypeTC
 
-std::optional<SupplyKind> KindOfColor(std::int32_t color) {
+std::optional<SupplyKind> KindOfColor(std::int64_t color) {
   switch (color) {
     case 15:
       return SupplyKind::Black;
@@ -72,7 +72,8 @@ std::vector<SupplyEntry> ReadSupplies(const SupplyColumns& columns, std::string&
     }
 
     SupplyEntry entry{*kind, {}};
-    const std::int32_t percent = PercentOf(columns.levels[row], columns.maxima[row]);
+    const std::int32_t percent =
+        PercentOf(static_cast<std::int32_t>(columns.levels[row]), static_cast<std::int32_t>(columns.maxima[row]));
     if (percent <= 100) {
       entry.attributes[SupplyAttribute::Level] = std::to_string(percent);
     } else {

@@ -13,12 +13,12 @@ namespace zt {
 // SupplyColumns are the walked columns of a printer's two supply tables. Rows of the two belong together by position.
 struct SupplyColumns {
   // Printer MIB (RFC 3805), prtMarkerSuppliesTable; all of one length in a usable table.
-  std::vector<std::int32_t> types;  // prtMarkerSuppliesType; 3 is toner
-  std::vector<std::int32_t> maxima;
-  std::vector<std::int32_t> levels;
+  std::vector<std::int64_t> types;  // prtMarkerSuppliesType; 3 is toner
+  std::vector<std::int64_t> maxima;
+  std::vector<std::int64_t> levels;
 
   // The maker's table; the columns marked with * may be shorter than the others.
-  std::vector<std::int32_t> colors;
+  std::vector<std::int64_t> colors;
   std::vector<std::string> vendors;
   std::vector<std::string> suppliers;  // *
   std::vector<std::string> models;     // *

@@ -1,13 +1,12 @@
 #include "KVFPrinterUSB.h"
 
-#include <tinyxml2.h>
-
 #include <algorithm>
 #include <array>
 #include <utility>
 
 #include "PPAInformation.h"
 #include "Trace.h"
+#include "Xml.h"
 #include "ZOLTInformation.h"
 
 namespace zt {
@@ -26,7 +25,7 @@ constexpr std::string_view kLockFailed = "/lock failed";
 
 bool IsXml(const std::string& text) {
   tinyxml2::XMLDocument document;
-  return document.Parse(text.data(), text.size()) == tinyxml2::XML_SUCCESS;
+  return ParseXml(text, document);
 }
 
 }  // namespace
@@ -89,14 +88,13 @@ HResult KVFPrinterUSB::GetZOLTInformation(ZOLTInformation& record, std::string& 
   }
 
   if (record.DeviceDocument().empty()) {
-    const std::unique_ptr<USBBulkIO> pipes = services_.openBulk(devicePath_);
-    if (!pipes) {
-      errorText += "/open fail";
-      return HResult::Fail;
+    if (const std::unique_ptr<USBBulkIO> pipes = services_.openBulk(devicePath_)) {
+      std::string document;
+      pipes->RunBulkTransaction(document);
+      record.SetDeviceDocument(std::move(document));
+    } else {
+      errorText += "/open fail";  // and goes on: the empty text is no document
     }
-    std::string document;
-    pipes->RunBulkTransaction(document);
-    record.SetDeviceDocument(std::move(document));
   }
   const std::string& document = record.DeviceDocument();
   if (!IsXml(document)) {

@@ -2,15 +2,11 @@
 
 #include <utility>
 
+#include "DocumentSize.h"
 #include "Trace.h"
 #include "USBProtocol.h"
 
 namespace zt {
-namespace {
-
-constexpr std::uint32_t kLongestDocument = 16 * 1024 * 1024;
-
-}  // namespace
 
 HResult USBBulkIO::RunBulkTransaction(std::string& document) {
   USBHeader reply{};

@@ -14,7 +14,8 @@ class USBBulkIO {
   virtual ~USBBulkIO() = default;
 
   // RunBulkTransaction reads the printer's report document: a request for its size, then a request for the document.
-  // Fail, the output untouched, when a step fails or the printer announces nothing or more than 16 MiB.
+  // Fail, the output untouched, when a step fails or the printer announces nothing or more than
+  // kLongestDocument.
   HResult RunBulkTransaction(std::string& document);
 
  private:

@@ -24,7 +24,7 @@ class PPAInformation : public ReportRecord {
   bool ReadCountsAndSupplies(std::string_view document, std::string& messages) override;
 
   void SetCurrentVersion(std::string_view text) { SetValue("CurrentVersion", text); }
-  void SetSBX(std::string_view text) { SetValue("SBX", text); }
+  void SetSBX(std::string_view text) { SetValue("SBX", text); }  // the toner life
   void SetFormatType(std::string_view text) { SetValue("FormatType", text); }
 
   // SetAgreement stores whether the user agreed to the product protection.

@@ -30,7 +30,8 @@ IniSections ParseIni(std::string_view text) {
     }
     const std::size_t equals = line.find('=');
     if (equals == std::string_view::npos || name.empty()) continue;
-    sections[name].insert_or_assign(std::string(Trim(line.substr(0, equals))), Trim(line.substr(equals + 1)));
+    // The first value is the newest: a file that was once longer still ends with lines of its old text.
+    sections[name].try_emplace(std::string(Trim(line.substr(0, equals))), Trim(line.substr(equals + 1)));
   }
   return sections;
 }

@@ -14,7 +14,7 @@ using IniSections = std::map<std::string, IniSection, std::less<>>;
 // ParseIni reads the text of a settings file. Lines end in LF or CRLF; CR, LF and blanks around lines, names and values
 // do not count; ";" begins a comment anywhere in a line. Lines that are neither a section header nor hold a "=" are
 // passed over, as are keys under no named section. A section that occurs twice is one, a key that occurs twice keeps
-// its last value. An empty section is kept unless it is the last of the file.
+// its first value. An empty section is kept unless it is the last of the file.
 IniSections ParseIni(std::string_view text);
 
 // FormatIni writes the text of a settings file: sections and keys in the order of the maps, lines ending in CRLF,

@@ -25,12 +25,17 @@ class KVFLocalSetting {
   // cannot be written, cannot be read to its end, or is larger than 16 MiB.
   bool Load();
 
+  // CanBeKept tells whether what is set can reach a file: there is one, or a probe, which leaves nothing behind, can
+  // create it. Load has tried whether a file that is there can be written.
+  bool CanBeKept() const;
+
   // GetValue answers whether the key is there; if not, `text` keeps its content.
   bool GetValue(std::string_view section, std::string_view key, std::string& text) const;
   void SetValue(std::string_view section, std::string_view key, std::string_view text);
 
   // Save writes the whole store over the beginning of the file, which is created if need be, with full access for
-  // everyone. Bytes of a longer old file stay behind the new text. False when the file cannot be written.
+  // everyone. Bytes of a longer old file stay behind the new text; what Load reads first, the new text, holds. False
+  // when the file cannot be written.
   bool Save(const std::wstring& path) const;
 
   // CreateSettingsFile makes sure that the file exists, with full access for everyone where it is new. Its content is

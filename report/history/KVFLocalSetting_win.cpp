@@ -96,6 +96,14 @@ bool KVFLocalSetting::Load() {
   return true;
 }
 
+bool KVFLocalSetting::CanBeKept() const {
+  const DWORD attributes = GetFileAttributesW(path_.c_str());
+  if (attributes != INVALID_FILE_ATTRIBUTES) return !(attributes & FILE_ATTRIBUTE_DIRECTORY);
+  const FileHandle probe(CreateFileW(path_.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
+                                     FILE_ATTRIBUTE_NORMAL | FILE_FLAG_DELETE_ON_CLOSE, nullptr));
+  return probe || GetLastError() == ERROR_FILE_EXISTS;  // another process was faster
+}
+
 bool KVFLocalSetting::Save(const std::wstring& path) const {
   WriteDebug(path);
   // The file is not truncated, on purpose: a process that dies while it writes must not leave an empty history.
@@ -110,7 +118,7 @@ void KVFLocalSetting::CreateSettingsFile() const {
 bool KVFLocalSetting::DeleteSettingsFile() {
   if (path_.empty()) return false;
   if (DeleteFileW(path_.c_str())) return true;
-  const std::string message = "Can't delete file (" + ToNarrow(path_) + ")!!!";
+  const std::wstring message = L"Can't delete file (" + path_ + L")!!!";
   WriteKvfDebug(message);
   ZT_TRACE(Warning, message);
   return false;

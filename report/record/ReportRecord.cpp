@@ -50,7 +50,7 @@ std::string ReportRecord::BuildDocument(std::string_view beforeSupplies, std::st
 bool ReportRecord::ReadReport(std::string_view document, std::string& messages,
                               const std::function<void(const tinyxml2::XMLElement* report)>& read) {
   tinyxml2::XMLDocument xml;
-  if (xml.Parse(document.data(), document.size()) != tinyxml2::XML_SUCCESS) {
+  if (!ParseXml(document, xml)) {
     messages += "/xml error";
     return false;
   }

@@ -1,7 +1,9 @@
 #include "ZOLTInformation.h"
 
+#include "DocumentSize.h"
 #include "ReportXml.h"
 #include "Text.h"
+#include "Trace.h"
 
 namespace zt {
 namespace {
@@ -38,7 +40,32 @@ std::string CountText(std::int32_t pages) { return pages < 0 ? std::string() : s
 // A printer without the figure says so in words; the element then stays unset.
 bool IsSupported(std::string_view text) { return text != "Not Support"; }
 
-std::uint32_t ReadUnsigned(const char* text) { return static_cast<std::uint32_t>(ReadLeadingDecimal(text)); }
+// Indentation makes a hundred times its size of a printer's document of many nested elements. Real ones have a few
+// kilobytes; what is still longer than this would only fill memory and the line to the server.
+constexpr std::size_t kLongestAmended = 4 * kLongestDocument;
+
+// BoundedPrinter prints no more than kLongestAmended bytes.
+class BoundedPrinter : public tinyxml2::XMLPrinter {
+ public:
+  bool IsComplete() const { return complete_; }
+
+ protected:
+  void Write(const char* text, std::size_t size) override {
+    if (Fits(size)) XMLPrinter::Write(text, size);
+  }
+  void Putc(char character) override {
+    if (Fits(1)) XMLPrinter::Putc(character);
+  }
+
+ private:
+  bool Fits(std::size_t size) {
+    const auto printed = static_cast<std::size_t>(CStrSize()) - 1;  // without the NUL
+    complete_ = complete_ && size <= kLongestAmended - printed;
+    return complete_;
+  }
+
+  bool complete_ = true;
+};
 
 // Puts the element right at the end of the report, where it is missing, or in place. An empty text changes nothing.
 void AmendElement(tinyxml2::XMLElement& report, const char* name, const std::string& text) {
@@ -71,7 +98,7 @@ std::string ZOLTInformation::BuildXml() const {
 std::string ZOLTInformation::AmendDeviceXml() const {
   const std::string& document = DeviceDocument();
   tinyxml2::XMLDocument xml;
-  if (document.empty() || xml.Parse(document.data(), document.size()) != tinyxml2::XML_SUCCESS) return document;
+  if (document.empty() || !ParseXml(document, xml)) return document;
   tinyxml2::XMLElement* root = xml.FirstChildElement("root");
   tinyxml2::XMLElement* report = root ? root->FirstChildElement("ZOLT") : nullptr;
   if (!report) return document;
@@ -80,9 +107,11 @@ std::string ZOLTInformation::AmendDeviceXml() const {
     const auto value = DeviceValues().find(name);
     if (value != DeviceValues().end()) AmendElement(*report, name, value->second);
   }
-  tinyxml2::XMLPrinter printer;
+  BoundedPrinter printer;
   xml.Print(&printer);
-  return printer.CStr();
+  if (printer.IsComplete()) return printer.CStr();
+  ZT_TRACE(Warning, "amended document longer than " << kLongestAmended << " bytes: posted as it came");
+  return document;
 }
 
 bool ZOLTInformation::ValidateXml(std::string_view document, std::string& messages) {
@@ -125,13 +154,13 @@ bool ZOLTInformation::ReadTonerXml(const tinyxml2::XMLElement& element, std::str
   if (!level) {
     messages += "/no tlevel";
   } else if (IsSupported(level)) {
-    toner.SetLevel(ReadUnsigned(level));
+    toner.SetLevel(ReadLeadingUnsigned(level));
   }
   const char* coverage = ChildText(&element, "AverageAreaCoverage");
   if (!coverage) {
     messages += "/no taac";
   } else if (IsSupported(coverage)) {
-    toner.SetAverageAreaCoverage(ReadUnsigned(coverage));
+    toner.SetAverageAreaCoverage(ReadLeadingUnsigned(coverage));
   }
   ReadTonerTexts(element, kTonerTexts, toner, messages);
   AddToner(std::move(toner));

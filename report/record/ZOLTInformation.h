@@ -45,7 +45,8 @@ class ZOLTInformation : public ReportRecord {
   std::string BuildXml() const;
 
   // AmendDeviceXml answers the device document with the source type, the model and the serial number of this record
-  // added or put right. Empty without a device document; a document that is no report is answered unchanged.
+  // added or put right. Empty without a device document; one that is no report, or would be longer than 4 MiB then, is
+  // answered unchanged.
   std::string AmendDeviceXml() const;
 
   // ValidateXml checks a report and appends what is missing or wrong to `messages`; true only when it found nothing,

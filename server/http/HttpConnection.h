@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -21,10 +20,6 @@ using InternetHandle = Handle<InternetHandleTraits>;
 // object serves one exchange: Open, then AddHeader as wanted, then Send.
 class HttpConnection {
  public:
-  // Longest response body that Send keeps. Answers and documents have a few kilobytes; the parsed form of many small
-  // elements takes some thirty times the memory of its text.
-  static constexpr std::size_t kMaximumResponse = 1024 * 1024;
-
   // Longest time that Send spends on a response body, in milliseconds. WinINet's own time-outs hold for each read, so a
   // server that sends byte by byte could hold the process for days.
   static constexpr std::uint32_t kLongestReading = 120'000;
@@ -39,8 +34,9 @@ class HttpConnection {
   void AddHeader(std::string_view name, std::string_view value);
 
   // Send sends the request with `body`, which may be empty, and waits for the answer. True when it was sent, whatever
-  // the server made of it. `status` is the HTTP status code, 0 when there was none. `response` is the body of a 200
-  // answer; empty for any other status, for a body longer than kMaximumResponse, and for one that takes too long.
+  // the server made of it; a body of 4 GiB or more is not sent. `status` is the HTTP status code, 0 when there was
+  // none. `response` is the body of a 200 answer; empty for any other status, for a body longer than kLongestDocument,
+  // and for one that takes too long.
   [[nodiscard]] bool Send(std::string_view body, std::string& response, std::uint32_t& status);
 
   // LastError answers the system error of a failed Send, otherwise 0.

@@ -4,7 +4,9 @@
 #include <algorithm>
 #include <array>
 #include <cwchar>
+#include <limits>
 
+#include "DocumentSize.h"
 #include "HttpConnection.h"
 #include "Trace.h"
 
@@ -113,6 +115,10 @@ bool HttpConnection::Send(std::string_view body, std::string& response, std::uin
 
 // Answers the system error, ERROR_SUCCESS when the request went out.
 std::uint32_t HttpConnection::SendRequest(std::string_view body) {
+  if (body.size() > std::numeric_limits<DWORD>::max()) {
+    ZT_TRACE(Warning, "HTTP request is too long : " << body.size());
+    return ERROR_FILE_TOO_LARGE;
+  }
   // WinINet takes the body by a pointer that is not const, and only reads it.
   void* data = body.empty() ? nullptr : const_cast<char*>(body.data());
   if (HttpSendRequestA(request_.Get(), nullptr, 0, data, static_cast<DWORD>(body.size()))) return ERROR_SUCCESS;
@@ -135,8 +141,8 @@ std::string HttpConnection::ReadResponse() {
   DWORD available = 0;
   while (InternetQueryDataAvailable(request_.Get(), &available, 0, 0) && available != 0) {
     const std::size_t length = response.size();
-    if (available > kMaximumResponse - length) {
-      ZT_TRACE(Warning, "HTTP response is longer than " << kMaximumResponse << " bytes: dropped");
+    if (available > kLongestDocument - length) {
+      ZT_TRACE(Warning, "HTTP response is longer than " << kLongestDocument << " bytes: dropped");
       return {};
     }
     if (GetTickCount64() - begun >= readingLimit_) {

@@ -15,7 +15,7 @@ from pathlib import Path
 HERE = Path(__file__).resolve().parent
 SIM = HERE.parents[1] / "sim"
 PRINTERS = SIM / "printers"
-sys.path[:0] = [str(folder) for folder in (SIM, SIM / "snmp-agent", SIM / "report-server")]
+sys.path[:0] = [str(folder) for folder in (SIM, SIM / "agreement", SIM / "snmp-agent", SIM / "report-server")]
 
 import answers  # noqa: E402
 import misbehaviour as rule  # noqa: E402, F401

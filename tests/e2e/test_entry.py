@@ -1,5 +1,6 @@
 """The start of the agent: command line, checks before a run, guards against other instances, and the trace log."""
 
+import shutil
 import unittest
 
 from office import QUEUE, SERVER_URL, Gate, OfficeTestCase, answers, queue_script
@@ -58,13 +59,15 @@ class CheckTest(OfficeTestCase):
         with self.hold("file", r"C:\ProgramData\Velnora\Printer\ZT.ini"):
             self.assert_ends_with(self.run_agent("-SBXPlus"), "4 not enough permission! bye~ ZT", marker=False)
         self.assertEqual(self.world.settings, "text")
-        # A folder is no file that could be locked: the run goes on, only its history is lost.
+        # Nor does a run begin whose history could not be kept: a folder has the file's name, or a file that of its folder.
         self.forget()
-        self.world.settings_file.mkdir(parents=True)
-        self.addCleanup(self.world.settings_file.rmdir)
-        self.set_flags(VirtualTest=1)
-        self.report_server()
-        self.assert_ends_with(self.run_agent(), SENT, "2 Failed to save to file!")
+        self.world.settings_file.mkdir()
+        self.assert_ends_with(self.run_agent(), "4 not enough permission! bye~ ZT", marker=False)
+        folder = self.world.settings_file.parent
+        shutil.rmtree(folder)
+        folder.touch()
+        self.addCleanup(folder.unlink)
+        self.assert_ends_with(self.run_agent(), "4 not enough permission! bye~ ZT", marker=False)
 
     def test_program_of_another_name_or_place(self):
         # The settings file is named after the program ...

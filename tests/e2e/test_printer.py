@@ -18,6 +18,7 @@ INSTALLED, FIRMWARE = MAKER + ".31.1.6.0", MAKER + ".31.1.7.0"
 EXTENDED = MAKER + ".33.4.1.2"
 TONERS = MAKER + ".61.5.2.1"
 
+WITHOUT_ID = "3 printer answers without a device ID : 127.0.0.1"
 UNUSABLE = ("4 failed to initialize printer", "3 not valid IO. bye~")
 UNSUPPORTED = ("4 ZOLT is not supported!", "3 not valid IO. bye~")
 NAMELESS = ("2 Serial Number is missing!!!", "3 mandatory info not available! bye~")
@@ -143,6 +144,7 @@ class OpeningTest(PrinterTestCase):
                 self.world.spooler(queue_script(address="", more_of_port="host = " + address))
                 self.world.settings = history(**OLD)
                 result = self.run_agent()
+                self.assertNotIn(WITHOUT_ID, result.log_texts)
                 self.assert_ends_with(result, *UNUSABLE)
                 self.assertGreaterEqual(result.seconds, seconds)
                 self.assertLess(result.seconds, 30)
@@ -190,6 +192,8 @@ class OpeningTest(PrinterTestCase):
                 printer.misbehave(what)
                 self.world.settings = history(**OLD)
                 result = self.run_agent()
+                answered = ("a number", "no value", "empty texts", "general error", "no such name")
+                self.assertEqual(WITHOUT_ID in result.log_texts, name.startswith(answered))
                 self.assert_ends_with(result, *UNUSABLE)
                 self.assert_recorded(**OLD, **{"LastCollectFailedTime_127.0.0.1": None})
         self.assertEqual(self.server.requests, [])
@@ -262,6 +266,7 @@ class SerialNumberTest(PrinterTestCase):
         for number, key, posted in (
             ("A&B=C+d %41/é", "A&B_C+d %41/é", b"A%26B%3dC%2bd%20%2541%2f%e9"),
             ("\r\n VN1 \r\n", "VN1", b"VN1"),
+            ("VN2\0\0\0", "VN2", b"VN2"),
             ("a\r\n[Common]\r\nZOLTEnabled=2", "a__[Common]__ZOLTEnabled_2", b"a%0d%0a%5bCommon%5d%0d%0aZOLTEnabled%3d2"),
             ("", "", b""),
         ):
@@ -384,12 +389,20 @@ class DocumentTest(PrinterTestCase):
                 web.answer("rds/rds.xml", answer)
                 self.assert_collection_failed("/xml error")
 
-    def test_document_of_countless_toners(self):
+    def test_document_of_countless_elements(self):
         web = self.report_server(port=80)
-        web.answer("rds/rds.xml", answers.Answer(self.good.replace("</Supplies>", "<Toner/>" * 100000 + "</Supplies>")))
-        result = self.run_agent()
-        self.assert_ends_with(result, "4 send sucessfully...")
-        self.assertLess(max(len(text) for text in result.log_texts), 2100)
+        for elements, as_it_came in (("<Toner/>" * 100000, False), ("<a>" * 90 + "<a/>" * 240000 + "</a>" * 90, True)):
+            with self.subTest(elements[:10]):
+                self.world.settings = history(**OLD)
+                document = self.good.replace("</Supplies>", elements + "</Supplies>")
+                web.answer("rds/rds.xml", answers.Answer(document))
+                result = self.run_agent()
+                self.assert_ends_with(result, "4 send sucessfully...")
+                self.assertLess(max(len(text) for text in result.log_texts), 2100)
+                # Indented, the second one would have 90 MB.
+                traced = "3 amended document longer than 4194304 bytes: posted as it came"
+                self.assertEqual(traced in result.log_texts, as_it_came)
+                self.assertEqual(self.server.requests[-1].fields["data"] == document, as_it_came)
 
     def test_late_document(self):
         web = self.report_server(port=80)

@@ -4,6 +4,7 @@ import random
 import unittest
 
 from office import QUEUE, SERVER_URL, Gate, OfficeTestCase, answers, history, queue_script
+from scripted_agreement import ScriptedAgreement
 from ztsim.world import World
 
 SENT = "4 send sucessfully..."
@@ -41,6 +42,24 @@ class SettingsTest(OfficeTestCase):
         self.assert_recorded(**others, **{LAST_SEND: None})
         self.assertEqual(self.settings()["Common"], {"NSLanguageCode": "24, 59", "Own": "1", "SendIntervalDays": "14"})
         self.assertEqual(self.settings()["Own"], {"Key": "a=b"})
+
+    def test_left_over_lines_of_a_longer_file_do_not_come_back(self):
+        # Each file gets shorter by more than its last line takes, which then stays whole behind the new text.
+        agreement = ScriptedAgreement(self.world)
+        self.addCleanup(agreement.remove)
+        agreement.answer(2)
+        self.server.answer("CheckDate.aspx", answers.check_date(), answers.check_date("NOMORESERVICE"))
+        countries = ", ".join(map(str, range(100, 150)))
+        policy = f"[Common]\r\nNSLanguageCode={countries}\r\nSBXPolicyReceived=1\r\n"
+        near = "3 [UA] CanSkipByLastPPSendTime - skip send success local. bye~"
+        for name, arguments, text, *ends in (
+            ("comment", [], f"; {'-' * 99}\r\n" + history(**{LAST_SEND: OLD}), SENT, SKIPPED),
+            ("shorter list", ["-SBXOnly"], policy + history(LastPPSendTime_VIRTUAL0001=OLD, TonerChangeCount_VIRTUAL0001=3), SENT, near),
+            ("end of service", [], "[Common]\r\nZOLTEnabled=1 ; ZOLTEnabled=2 ends it\r\n", "4 service stopped. bye~", "4 zolt disabled! bye~ ZT"),
+        ):
+            with self.subTest(name):
+                self.world.settings = text
+                self.assertEqual([self.run_agent(*arguments).log_texts[-1] for _ in ends], ends)
 
     def test_run_that_is_cut_off_leaves_the_file_alone(self):
         self.world.settings = text = history(LastSendTime_OTHER=OLD)

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <new>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -33,6 +34,7 @@ class FakeDataProvider : public IZOLTDataProvider {
   std::optional<std::uint32_t> tonerLife = 0;
   std::uint32_t changeCount = 0;
   bool collects = true;
+  bool memory = true;
   bool switchesProtection = true;
   bool jobsPending = false;
   std::vector<bool> waits = {true, true};  // results of WaitForJobs, one after the other
@@ -50,6 +52,7 @@ class FakeDataProvider : public IZOLTDataProvider {
   }
   bool CollectZOLT(ZOLTInformation& record) override {
     calls_.push_back("CollectZOLT");
+    if (!memory) throw std::bad_alloc();
     if (collects) record.SetModelName("Model 1");
     return collects;
   }

@@ -89,6 +89,14 @@ TEST_F(LoggerTest, EleventhLineWritesTheBatchAndTheEndTheRest) {
   EXPECT_TRUE(first.ends_with("\tSome,1\t4\ttext")) << first;
 }
 
+TEST_F(LoggerTest, AReadOnlyFileGetsItsLine) {
+  Configure(4, log);
+  folder.Write(L"zt.log", "");
+  ASSERT_TRUE(SetFileAttributesW(log.c_str(), FILE_ATTRIBUTE_READONLY));
+  WriteOne();
+  EXPECT_EQ(LinesIn(L"zt.log"), 1);
+}
+
 TEST_F(LoggerTest, RotatesAboveOneMebibyteAndKeepsSixCopies) {
   Configure(4, log);
   folder.Write(L"zt.log", std::string(1048576, 'x'));

@@ -55,6 +55,8 @@ TEST(Text, EqualsIgnoringCaseFoldsOnlyLetters) {
 TEST(CodePage, TextSurvivesBothWays) {
   EXPECT_EQ(ToWide(ToNarrow(L"Office 1")), L"Office 1");
   EXPECT_EQ(ToWide(ToNarrow(L"")), L"");
+  EXPECT_EQ(DecodeText("B\xC3\xBC\xE4\xBA\x8B"), L"B\u00FC\u4E8B");
+  EXPECT_EQ(DecodeText("B\xC3\xBC\xFC"), ToWide("B\xC3\xBC\xFC"));
   EXPECT_EQ(ToUtf8(L"B\u00FC\u4E8B"), "B\xC3\xBC\xE4\xBA\x8B");
 }
 

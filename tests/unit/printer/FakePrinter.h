@@ -1,5 +1,6 @@
 #pragma once
 
+#include <new>
 #include <optional>
 #include <string>
 #include <tuple>
@@ -19,6 +20,7 @@ class FakePrinter : public KVFPrinter {
 
   bool opens = true;
   bool usb = false;
+  bool memory = true;
   std::optional<std::wstring> address = L"10.0.0.7";
   std::optional<std::string> serialNumber = "SN7";
   std::optional<std::pair<std::uint32_t, std::uint32_t>> counters;
@@ -52,6 +54,7 @@ class FakePrinter : public KVFPrinter {
   }
   HResult GetPPAInformation(PPAInformation& record, std::string& errorText) override {
     calls.push_back("GetPPAInformation");
+    if (!memory) throw std::bad_alloc();
     record.SetDeviceDocument(document);
     errorText += codes;
     return collectResult;

@@ -4,6 +4,7 @@
 #include "KVFPrinterNetwork.h"
 #include "PPAInformation.h"
 #include "SNMPPeer.h"
+#include "TraceCapture.h"
 #include "ZOLTInformation.h"
 
 namespace zt {
@@ -30,7 +31,7 @@ std::string TonerColumn(int column) { return kMaker + "11.53.61.5.2.1." + std::t
 
 class KVFPrinterNetworkTest : public testing::Test {
  protected:
-  using Numbers = std::vector<std::int32_t>;
+  using Numbers = std::vector<std::int64_t>;
   using Texts = std::vector<std::string>;
 
   KVFPrinterNetworkTest() { BeColourPrinter(); }
@@ -39,10 +40,10 @@ class KVFPrinterNetworkTest : public testing::Test {
   void BeColourPrinter() {
     peer.Clear();
     SetDeviceID("ZOLT,CI_12");
-    peer.Set(kSerialNumber, "ABC123\r\n");
+    peer.Set(kSerialNumber, std::string("ABC123\r\n\0\0", 10));
     peer.Set(kFirmware, "V1.2");
-    peer.Set(kInstalledDate, "07E80301");
-    peer.Set(kIBL, 11);
+    peer.Set(kInstalledDate, std::string("\x08\0\x03\x01", 4));  // bytes, of which one is NUL
+    peer.Set(kIBL, 3000000000);
     peer.Set(kTTime, 22);
     peer.SetColumn(PublicColumn(5), Numbers{3, 3});
     peer.SetColumn(PublicColumn(8), Numbers{200, -2});
@@ -51,7 +52,7 @@ class KVFPrinterNetworkTest : public testing::Test {
     peer.SetColumn(TonerColumn(5), Texts{"Velnora", "Velnora"});
     peer.SetColumn(TonerColumn(6), Texts{"VLN", "VLN"});
     peer.SetColumn(TonerColumn(7), Texts{"S1", "S2"});
-    peer.SetColumn(TonerColumn(10), Texts{"07E80302", "07E80303"});
+    peer.SetColumn(TonerColumn(10), Texts{"07E80302", std::string("\x08\0\x03\x03", 4)});
     peer.SetColumn(TonerColumn(18), Numbers{5, 6});
     peer.SetColumn(TonerColumn(19), Texts{"TK", "TC"});
     peer.SetColumn(TonerColumn(21), Numbers{10, 30});
@@ -87,14 +88,20 @@ class KVFPrinterNetworkTest : public testing::Test {
 };
 
 TEST_F(KVFPrinterNetworkTest, DeviceIDs) {
+  const std::string endless = "MDL:c;" + std::string(1100, 'x');  // more than the library takes
   const struct {
     const char* standard;  // null: the printer has no such object
     const char* makers;
     HResult result;
     const char* model;
   } rows[] = {
-      {"MDL:a;", "MDL:b;", HResult::Ok, "a"},   {nullptr, "MDL:b;", HResult::Ok, "b"}, {"", "MDL:b;", HResult::Ok, "b"},
-      {nullptr, nullptr, HResult::Fail, "old"}, {"", "", HResult::Fail, "old"},
+      {"MDL:a;", "MDL:b;", HResult::Ok, "a"},
+      {nullptr, "MDL:b;", HResult::Ok, "b"},
+      {"", "MDL:b;", HResult::Ok, "b"},
+      {endless.c_str(), "MDL:b;", HResult::Ok, "b"},
+      {"MDL:a;", endless.c_str(), HResult::Ok, "a"},
+      {nullptr, nullptr, HResult::Fail, "old"},
+      {"", "", HResult::Fail, "old"},
   };
   for (const auto& row : rows) {
     peer.Clear();
@@ -102,7 +109,9 @@ TEST_F(KVFPrinterNetworkTest, DeviceIDs) {
     if (row.standard) peer.Set(kStandardID, row.standard);
     if (row.makers) peer.Set(kMakersID, row.makers);
     KVFPrinterNetwork printer(L"127.0.0.1", fetch);
+    TraceCapture trace;
     EXPECT_EQ(printer.Open(), row.result);
+    EXPECT_EQ(trace.Has("3 printer answers without a device ID : 127.0.0.1"), row.result == HResult::Fail);
     text = "old";
     EXPECT_EQ(printer.GetModelName(text), row.result);
     EXPECT_EQ(text, row.model);
@@ -116,7 +125,7 @@ TEST_F(KVFPrinterNetworkTest, DeviceIDs) {
 TEST_F(KVFPrinterNetworkTest, ExtendedDeviceIDIsMerged) {
   SetDeviceID("PJL,EXT");
   EXPECT_EQ(Opened().IsZOLTSupported(), HResult::False);  // it opens all the same
-  peer.SetColumn(kExtendedID, Texts{"CMD:ZO", "LT,SBXON;"});
+  peer.SetColumn(kExtendedID, Texts{"CMD:ZO", std::string("LT,SBXON;\0CMD:A", 15), ",B;"});
   EXPECT_EQ(Opened().IsZOLTSupported(), HResult::Ok);
   EXPECT_EQ(Opened().GetExtendedDeviceID(text), HResult::Ok);
   EXPECT_EQ(text, "CMD:ZOLT,SBXON;");
@@ -129,10 +138,12 @@ TEST_F(KVFPrinterNetworkTest, StatusBlock) {
   peer.Set(kStatusBlock, "1234567");
   EXPECT_EQ(printer.GetStatusBlock(status), HResult::Ok);
   EXPECT_FALSE(status.valid);
-  peer.Set(kStatusBlock, "12345678");
+  peer.Set(kStatusBlock, std::string("1234\0"
+                                     "678",
+                                     8));
   EXPECT_EQ(printer.GetStatusBlock(status), HResult::Ok);
   EXPECT_TRUE(status.valid);
-  EXPECT_THAT(status.bytes, ElementsAre('1', '2', '3', '4', '5', '6', '7', '8'));
+  EXPECT_THAT(status.bytes, ElementsAre('1', '2', '3', '4', 0, '6', '7', '8'));
 }
 
 TEST_F(KVFPrinterNetworkTest, PageCounters) {
@@ -146,7 +157,9 @@ TEST_F(KVFPrinterNetworkTest, PageCounters) {
       {{10, 30}, {5, 6}, HResult::Ok, 30, 11},
       {{10, 30, 20}, {5, 6}, HResult::Fail, 7, 7},
       {{}, {}, HResult::Ok, 0, 0},
-      {{-5}, {-1}, HResult::Ok, 0, 0xFFFFFFFF},
+      {{-2}, {-1}, HResult::Ok, 0xFFFFFFFE, 0xFFFFFFFF},  // codes, not 0 pages
+      {{-2, 5}, {1, 2}, HResult::Ok, 5, 3},
+      {{-2, 3000000000, 7}, {3000000000, 1, 0}, HResult::Ok, 3000000000, 3000000001},
       {{2147483647}, {2147483647}, HResult::Ok, 2147483647, 2147483647},
   };
   KVFPrinterNetwork printer = Opened();
@@ -169,7 +182,7 @@ TEST_F(KVFPrinterNetworkTest, SupplyUnit) {
   } rows[] = {
       {"1.1",
        HResult::Ok,
-       {{SupplyKind::Unit, {{SupplyAttribute::UnitIBL, "11"}, {SupplyAttribute::UnitTTime, "22"}}}}},
+       {{SupplyKind::Unit, {{SupplyAttribute::UnitIBL, "3000000000"}, {SupplyAttribute::UnitTTime, "22"}}}}},
       {kIBL, HResult::Fail, {{SupplyKind::Unit, {{SupplyAttribute::UnitTTime, "22"}}}}},
       {kTTime, HResult::Fail, {}},
   };
@@ -185,11 +198,11 @@ TEST_F(KVFPrinterNetworkTest, RecordOfAColourPrinter) {
   EXPECT_EQ(Collect(), "ok");
   EXPECT_EQ(record.DeviceValues(), (ElementValues{{"CountryIndex", "12"},
                                                   {"GeneralSerialNumber", "ABC123"},
-                                                  {"IBL", "11"},
+                                                  {"IBL", "3000000000"},
                                                   {"MDL", "Velnora RV-2160"},
                                                   {"ProductType", "RV"},
                                                   {"SystemFirmwareVersion", "V1.2"},
-                                                  {"SystemInstalledDate", "2024-03-01"},
+                                                  {"SystemInstalledDate", "2048-03-01"},
                                                   {"TTime", "22"}}));
   EXPECT_EQ(record.CounterValues(), (ElementValues{{"DevTotalColorCount", "30"}, {"DevTotalMonoCount", "11"}}));
   ASSERT_EQ(record.Toners().size(), 2u);
@@ -303,7 +316,7 @@ TEST_F(KVFPrinterNetworkTest, UsageDocumentIsFetchedFromTheAddressOfThePort) {
 TEST_F(KVFPrinterNetworkTest, ProtectionRecordFromObjects) {
   PPAInformation protection;
   EXPECT_EQ(Opened().GetPPAInformation(protection, text), HResult::Ok);
-  EXPECT_EQ(protection.DeviceValues(), (ElementValues{{"SystemInstalledDate", "2024-03-01"}}));
+  EXPECT_EQ(protection.DeviceValues(), (ElementValues{{"SystemInstalledDate", "2048-03-01"}}));
   ASSERT_EQ(protection.Toners().size(), 2u);
   EXPECT_EQ(protection.Toners()[1].Values(), (ElementValues{{"SerialNumber", "S2"}}));
   EXPECT_THAT(fetched, IsEmpty());

@@ -241,7 +241,7 @@ TEST_F(KVFPrinterUSBTest, BrokenExchanges) {
       {{five.substr(0, 15)}, 9, 4},              // cut short
       {{announcing("\0\0\0\0")}, 9, 4},          // length 0
       {{announcing("\xFF\xFF\xFF\xFF")}, 9, 4},  // 4 GiB less one
-      {{announcing("\x01\0\0\x01")}, 9, 4},      // 16 MiB and one
+      {{announcing("\0\x10\0\x01")}, 9, 4},      // 1 MiB and one
       {{five}, 1, 5},
       {{five}, 9, 6},
       {{five, "<a/>"}, 9, 6},  // shorter than announced
@@ -255,7 +255,7 @@ TEST_F(KVFPrinterUSBTest, BrokenExchanges) {
     EXPECT_EQ(device.log.size(), row.steps + 1) << testing::PrintToString(device.log);
     EXPECT_EQ(device.log.back(), "close pipes");
   }
-  EXPECT_EQ(Traced(), (Lines{"3 usb document too long : 4294967295", "3 usb document too long : 16777217"}));
+  EXPECT_EQ(Traced(), (Lines{"3 usb document too long : 4294967295", "3 usb document too long : 1048577"}));
 }
 
 // A printer with every fault at once, mended one by one.
@@ -268,8 +268,8 @@ TEST_F(KVFPrinterUSBTest, CodesInTheOrderOfTheFailures) {
   const std::pair<const char*, std::function<void()>> rows[] = {
       {"", [&] { device.deviceID = "CMD:ZOLT"; }},  // a printer without support is not asked
       {"/lock failed", [&] { device.acquires.reset(), device.jobs = 1; }},
-      {"/job pending", [&] { device.jobs = -1; }},  // a queue that can't be asked holds nothing up
-      {"/open fail", [&] { device.bulkOpens = true; }},
+      {"/job pending", [&] { device.jobs = -1; }},                 // a queue that can't be asked holds nothing up
+      {"/open fail/xml error", [&] { device.bulkOpens = true; }},  // it goes on with an empty text
       {"/xml errorno document", [&] { document = "<root/>"; }},
       {"/modelname err", [&] { device.deviceID = "CMD:ZOLT;MDL:M"; }},
       {"/serialno err", [&] { device.Reply(kUSBSerialNumber, "SN9"), device.Reply(kUSBFirmwareVersion, "V1"); }},
@@ -307,7 +307,7 @@ TEST_F(KVFPrinterUSBTest, LockIsHeldDuringTheExchange) {
   EXPECT_THAT(Log(), Not(Contains("count jobs")));
 
   device.bulkOpens = false;
-  EXPECT_EQ(Collect(), "/open fail");
+  EXPECT_EQ(Collect(), "/open fail/xml error");
   EXPECT_THAT(Log(), ElementsAre("acquire 153", "release 153"));  // after a failure, too
   device.acquires = false;
   EXPECT_EQ(Collect(), "/lock failed");

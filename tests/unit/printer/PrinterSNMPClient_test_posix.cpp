@@ -12,7 +12,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Optional;
 
-using Numbers = std::vector<std::int32_t>;
+using Numbers = std::vector<std::int64_t>;
 using Texts = std::vector<std::string>;
 
 constexpr const char* kFirst = "1.3.6.1.4.1.53017.1.0";
@@ -40,6 +40,8 @@ TEST_F(PrinterSNMPClientTest, GetText) {
   for (const std::string& value : {std::string("a\0b", 3), std::string()}) {
     peer.Set(kFirst, value);
     EXPECT_TRUE(client.GetText(kFirst, text));
+    EXPECT_EQ(text, value.c_str());  // up to its first NUL
+    EXPECT_TRUE(client.GetBytes(kFirst, text));
     EXPECT_EQ(text, value);
   }
 }
@@ -48,17 +50,17 @@ TEST_F(PrinterSNMPClientTest, GetInteger) {
   const struct {
     std::uint8_t tag;
     std::string content;
-    std::optional<std::int32_t> number;
+    std::optional<std::int64_t> number;
   } rows[] = {
       {0x02, "\xFF", -1},
       {0x02, "\x07", 7},
-      {0x41, std::string("\x00\xC0\x00\x00\x00", 5), -0x40000000},  // a Counter above 2147483647
+      {0x41, std::string("\x00\xC0\x00\x00\x00", 5), 0xC0000000},  // a Counter above 2147483647
       {0x42, "\x05", 5},
       {0x43, "\x06", 6},
       {0x04, "7", std::nullopt},
   };
   for (const auto& row : rows) {
-    std::int32_t number = 99;
+    std::int64_t number = 99;
     peer.SetRaw(kFirst, row.tag, row.content);
     EXPECT_EQ(client.GetInteger(kFirst, number), row.number.has_value());
     EXPECT_EQ(number, row.number.value_or(99));
@@ -78,7 +80,7 @@ TEST_F(PrinterSNMPClientTest, GetSeveralAsksAgainForTheRest) {
   const char* const names[] = {kFirst, kSecond, kThird};
   const auto get = [&] {
     peer.requests.clear();
-    return client.GetSeveral(names);
+    return client.GetSeveral(names).value_or(std::vector<std::optional<std::string>>());
   };
   peer.Set(kFirst, "a");
   peer.Set(kSecond, "b");
@@ -94,6 +96,17 @@ TEST_F(PrinterSNMPClientTest, GetSeveralAsksAgainForTheRest) {
   peer.Clear();
   EXPECT_THAT(get(), ElementsAre(std::nullopt, std::nullopt, std::nullopt));
   EXPECT_EQ(peer.requests.size(), 3u);
+
+  // A value that cannot be read spoils the whole answer, and is lost alone.
+  peer.Set(kFirst, std::string("a\0b", 3));
+  peer.Set(kThird, "c");
+  const std::pair<std::uint8_t, std::string> unreadable[] = {
+      {0x46, "\1"}, {0x04, std::string(1025, 'x')}, {0x04, std::string(3000, 'x')}};  // the last in no answer
+  for (const auto& [tag, content] : unreadable) {
+    peer.SetRaw(kSecond, tag, content);
+    EXPECT_THAT(get(), ElementsAre(Optional(std::string("a")), std::nullopt, Optional(std::string("c"))));
+    EXPECT_EQ(peer.requests.size(), 4u);
+  }
 }
 
 TEST_F(PrinterSNMPClientTest, WalksInRowOrder) {
@@ -104,14 +117,19 @@ TEST_F(PrinterSNMPClientTest, WalksInRowOrder) {
   EXPECT_THAT(texts, IsEmpty());
   EXPECT_TRUE(client.WalkTexts(kLastColumn, texts));
   EXPECT_THAT(texts, ElementsAre("a", "", "c"));
+  peer.SetColumn(kLastColumn, Texts{"a", std::string("b\0c", 3), "d"});
+  EXPECT_TRUE(client.WalkTexts(kLastColumn, texts));
+  EXPECT_THAT(texts, ElementsAre("a", "b", "d"));
+  EXPECT_TRUE(client.WalkBytes(kLastColumn, texts));
+  EXPECT_THAT(texts, ElementsAre("a", std::string("b\0c", 3), "d"));
   EXPECT_TRUE(client.WalkAndJoin(kLastColumn, text));
-  EXPECT_EQ(text, "ac");
+  EXPECT_EQ(text, "ab");  // one text
 
   EXPECT_FALSE(client.WalkIntegers(kLastColumn, numbers));
   EXPECT_THAT(numbers, ElementsAre(1));
-  peer.SetColumn(kColumn, Numbers{5, -6, 7});
+  peer.SetColumn(kColumn, Numbers{5, -6, 3000000000});
   EXPECT_TRUE(client.WalkIntegers(kColumn, numbers));
-  EXPECT_THAT(numbers, ElementsAre(5, -6, 7));
+  EXPECT_THAT(numbers, ElementsAre(5, -6, 3000000000));
   EXPECT_THAT(trace.lines, IsEmpty());
 }
 
@@ -152,12 +170,15 @@ TEST_F(PrinterSNMPClientTest, WalkTakesAMinuteAtMost) {
   EXPECT_EQ(trace.Texts(), Texts{"3 too slow a walk of " + std::string(kColumn) + ", given up after rows: 3"});
 }
 
-// The one test that waits for the real time-out.
+// The one test that waits for the real time-out, twice.
 TEST_F(PrinterSNMPClientTest, SilenceIsAFailure) {
   peer.SetColumn(kColumn, Numbers{1, 2});
-  peer.silent = {std::string(kColumn) + ".1.1"};
+  peer.silent = {std::string(kColumn) + ".1.1", kFirst};
   EXPECT_FALSE(client.WalkIntegers(kColumn, numbers));
   EXPECT_EQ(peer.requests.size(), 2u);
+  const char* const names[] = {kFirst, kSecond};
+  EXPECT_EQ(client.GetSeveral(names), std::nullopt);
+  EXPECT_EQ(peer.requests.size(), 3u);  // nobody is asked again
 }
 
 }  // namespace

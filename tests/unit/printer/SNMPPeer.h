@@ -19,10 +19,11 @@ class SNMPPeer {
   SNMPPeer(const SNMPPeer&) = delete;
   SNMPPeer& operator=(const SNMPPeer&) = delete;
 
-  // Set gives an object its value: a text, a number, or content bytes of any type.
+  // Set gives an object its value: a text, a number (an INTEGER, or a Counter where it is too large for that), or
+  // content bytes of any type.
   void Set(const std::string& name, const std::string& text) { SetRaw(name, 0x04, text); }
   void Set(const std::string& name, const char* text) { SetRaw(name, 0x04, text); }
-  void Set(const std::string& name, std::int32_t number);
+  void Set(const std::string& name, std::int64_t number);
   void SetRaw(const std::string& name, std::uint8_t tag, const std::string& content);
   void Erase(const std::string& name) { objects_.erase(Arcs(name)); }
   void Clear() { objects_.clear(); }

@@ -4,6 +4,7 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <limits>
 #include <stdexcept>
 
 #include "SNMPPeer.h"
@@ -23,9 +24,9 @@ std::string Element(std::uint8_t tag, const std::string& content) {
   return element + content;
 }
 
-std::string Number(std::int32_t number) {
+std::string Number(std::int64_t number) {
   std::string content;
-  for (int shift = 24; shift >= 0; shift -= 8) content += static_cast<char>(number >> shift);
+  for (int shift = 32; shift >= 0; shift -= 8) content += static_cast<char>(number >> shift);
   while (content.size() > 1 && ((content[0] == 0 && content[1] >= 0) || (content[0] == -1 && content[1] < 0))) {
     content.erase(0, 1);
   }
@@ -99,7 +100,9 @@ SNMPPeer::~SNMPPeer() {
   close(socket_);
 }
 
-void SNMPPeer::Set(const std::string& name, std::int32_t number) { SetRaw(name, 0x02, Number(number)); }
+void SNMPPeer::Set(const std::string& name, std::int64_t number) {
+  SetRaw(name, number > std::numeric_limits<std::int32_t>::max() ? 0x41 : 0x02, Number(number));
+}
 
 void SNMPPeer::SetRaw(const std::string& name, std::uint8_t tag, const std::string& content) {
   objects_[Arcs(name)] = {tag, content};

@@ -228,16 +228,17 @@ TEST_F(ProviderTest, FailedCollectionsTraceTheirCodesOnce) {
   EXPECT_FALSE(provider.CollectZOLT(record));
   EXPECT_EQ(Said(), (Lines{"4 Start collecting...", "4 End collecting...",
                            "3 failed to collect from Queue : /xml error" + std::string(990, 'x')}));
+  printer->memory = false;
+  EXPECT_FALSE(provider.CollectSBX(protection));
+  EXPECT_EQ(Said().back(), "3 failed to collect from Queue : /no memory");
 }
 
 TEST_F(ProviderTest, CollectSBXKeepsTheDocumentForCollectZOLT) {
   ZOLTDataProviderFromPrinter provider = Initialized();
   printer->document = "<root/>";
   EXPECT_TRUE(provider.CollectSBX(protection));
-  EXPECT_EQ(
-      protection.DeviceValues(),
-      (ElementValues{
-          {"CountryIndex", "52"}, {"GeneralSerialNumber", "SN7"}, {"MDL", "Velnora RV-2160"}, {"SBX", "SBXOFF"}}));
+  EXPECT_EQ(protection.DeviceValues(),
+            (ElementValues{{"CountryIndex", "52"}, {"GeneralSerialNumber", "SN7"}, {"MDL", "Velnora RV-2160"}}));
   EXPECT_EQ(Said(), (Lines{"4 Start SBX collecting...", "4 End SBX collecting..."}));
   EXPECT_EQ(provider.GetSBXDocument(), "<root/>");
 

@@ -148,7 +148,9 @@ const Scenario scenarios[] = {
      [](World& w) { w.provider.countryIndex = "24"; }},
     {"country of the stored list", on, "begin switchOff check count read record", "",
      [](World& w) { Store(w, 160), w.skipChecker.policy->nsLanguageCode = "1,2", w.client.checks = false; }},
-    {"at the limit", on, "begin check store", "", [](World& w) { Store(w, 200); }},
+    {"at the limit", on, "begin check store count read record", "", [](World& w) { Store(w, 200); }},
+    {"within the limit", on, "begin149 check store count", noLimit + "149\n",
+     [](World& w) { w.provider.tonerLife = 149; }},
     {"life 99", on, "begin99 check store", noLimit + "99\n", [](World& w) { w.provider.tonerLife = 99; }},
     {"life 99 past the limit", on, "begin99 ask switchOff check store", noLimit + "99\n",
      [](World& w) { Store(w, 50), w.provider.tonerLife = 99; }},
@@ -203,11 +205,11 @@ const Scenario scenarios[] = {
      sent + "- [ZT] Failed to get host version\n" + disagreed, [](World& w) { w.provider.hostVersion.reset(); }},
 
     // Sending.
-    {"cancelled", on, "begin ask switchOff check store count read", findings + "3 cancel sending...\n",
+    {"cancelled", on, "begin ask switchOff check store count read", findings + "4 cancel sending...\n",
      [](World& w) { w.showResult = true, w.userAccepts = false; }},
     {"accepted", on, "begin ask switchOff check store count read post record",
-     findings + "3 sending accepted...\n4 send sucessfully...\n", [](World& w) { w.showResult = true; }},
-    {"post fails", on, "begin ask switchOff check store count read post", findings + "3 failed to send...\n",
+     findings + "4 sending accepted...\n4 send sucessfully...\n", [](World& w) { w.showResult = true; }},
+    {"post fails", on, "begin ask switchOff check store count read post", findings + "4 failed to send...\n",
      [](World& w) { w.client.posts = false; }},
 };
 
@@ -235,16 +237,18 @@ TEST(PPAProcessorTest, EveryEndHasItsCallsAndItsLines) {
   }
 }
 
-TEST(PPAProcessorTest, ReportsTheStoredAgreementAndTheHostVersion) {
+TEST(PPAProcessorTest, ReportsTheStoredAgreementTheHostVersionAndTheTonerLife) {
   for (const bool agreement : {true, false}) {
     World world;
     world.provider.protectionState = off;
+    world.provider.tonerLife = 4294967295;
     world.client.agreement = agreement;
     world.Run({.showResult = true, .language = L"DE"});
     EXPECT_EQ(std::count(world.calls.begin(), world.calls.end(), "Ask(Queue,DE,0)"), 1);
     ASSERT_EQ(world.client.posted.size(), 1u);
     EXPECT_EQ(world.client.posted, world.shown);
     EXPECT_NE(world.shown[0].find("<HostVersion>1.2</HostVersion>"), std::string::npos);
+    EXPECT_NE(world.shown[0].find("<SBX>4294967295</SBX>"), std::string::npos);
     EXPECT_NE(world.shown[0].find(agreement ? "<ZOLTAgree>1<" : "<ZOLTAgree>0<"), std::string::npos);
   }
 }

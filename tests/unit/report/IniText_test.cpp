@@ -22,7 +22,7 @@ TEST(IniTextTest, ParsesLeniently) {
       {"A=0\n[S]\nB=1\n", {{"S", {{"B", "1"}}}}},                  // a key before the first section
       {"[S]\nA=1\n[]\nB=2\n", {{"S", {{"A", "1"}}}}},              // a section without a name
       {"[A]\n[B]\nX=1\n[C]\n", {{"A", {}}, {"B", {{"X", "1"}}}}},  // only the last empty section goes
-      {"[S]\nA=1\n[T]\nB=1\n[S]\nA=2\nC=3\nC=4\n", {{"S", {{"A", "2"}, {"C", "4"}}}, {"T", {{"B", "1"}}}}},
+      {"[S]\nA=1\n[T]\nB=1\n[S]\nA=2\nC=3\nC=4\n", {{"S", {{"A", "1"}, {"C", "3"}}}, {"T", {{"B", "1"}}}}},
       {"[S\nA]=1\n", {}},
       {"[S]\n[A=1\n", {{"S", {{"[A", "1"}}}}},
       {std::string_view("[S]\nA\0B=\xFF\x80\0\n", 13),

@@ -152,7 +152,8 @@ TEST(ZOLTInformationTest, AmendsTheDeviceDocument) {
     record.SetDeviceDocument("<root><ZOLT>" + row.inside + "</ZOLT></root>");
     EXPECT_EQ(record.ToText(), "<root>\n    <ZOLT>\n" + row.amended + "    </ZOLT>\n</root>\n") << row.inside;
   }
-  for (const char* unchanged : {"", "<root><ZOLT>", "<root><Zolt/></root>", "no xml at all"}) {
+  for (const char* unchanged :
+       {"", "<root><ZOLT>", "<root><Zolt/></root>", "no xml at all", "<root><ZOLT><A>1 &lt; 2 & 3</A></ZOLT></root>"}) {
     record.SetDeviceDocument(unchanged);
     EXPECT_EQ(record.ToText(), unchanged);
   }
@@ -161,6 +162,30 @@ TEST(ZOLTInformationTest, AmendsTheDeviceDocument) {
   record.SetDeviceDocument("<root><ZOLT/></root>");
   EXPECT_EQ(record.ToText(),
             "<root>\n    <ZOLT>\n        <GeneralSerialNumber>a&amp;b</GeneralSerialNumber>\n    </ZOLT>\n</root>\n");
+}
+
+// Indented, one mebibyte of small elements becomes a hundred.
+TEST(ZOLTInformationTest, AmendsUpToFourMebibytes) {
+  const auto report = [](const std::string& inside) { return "<root><ZOLT>" + inside + "</ZOLT></root>"; };
+  ZOLTInformation record;
+  record.SetDocumentMode(true);
+  record.SetDeviceDocument(report("<A>x</A>"));
+  const std::size_t longest = 4 * 1024 * 1024 - (record.ToText().size() - 1);
+  std::string deep;
+  for (int depth = 0; depth < 90; ++depth) deep += "<a>";
+  for (int i = 0; i < 250000; ++i) deep += "<a/>";
+  for (int depth = 0; depth < 90; ++depth) deep += "</a>";
+  const std::pair<std::string, bool> rows[] = {
+      {"<A>" + std::string(longest, 'x') + "</A>", true},
+      {"<A>" + std::string(longest + 1, 'x') + "</A>", false},
+      {deep, false},
+  };
+  for (const auto& [inside, amended] : rows) {
+    record.SetDeviceDocument(report(inside));
+    const std::string text = record.ToText();
+    EXPECT_EQ(text != record.DeviceDocument(), amended) << text.size();
+    EXPECT_LE(text.size(), 4u * 1024 * 1024);
+  }
 }
 
 TEST(ZOLTInformationTest, ReadsWhatItHasWritten) {
@@ -203,6 +228,7 @@ TEST(ZOLTInformationTest, ReportsWhatItCannotRead) {
   const Row rows[] = {
       {"", "/xml error"},
       {"<root>", "/xml error"},
+      {"<root><ZOLT><Count/><A>1 &lt; 2 & 3</A></ZOLT></root>", "/xml error"},
       {"<root/>", "/no ZOLT el/no Count el"},
       {"<root><ZOLT/></root>", "/no Count el"},
       {"<root><ZOLT><Count/></ZOLT></root>", ""},
@@ -232,6 +258,8 @@ TEST(ZOLTInformationTest, ReportsWhatItCannotRead) {
   }
   ZOLTInformation record;
   std::string messages;
+  record.ReadXml(toner("<Level>1</Level><AverageAreaCoverage>4294967295</AverageAreaCoverage>"), messages);
+  EXPECT_EQ(record.Toners().at(0).Values().at("AverageAreaCoverage"), "4294967295");
   EXPECT_TRUE(
       record.ReadXml("<root><ZOLT><Count><DevTotalMonoCount>-5</DevTotalMonoCount>"
                      "<DevTotalColorCount>99999999999</DevTotalColorCount></Count></ZOLT></root>",

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 #include <winsock2.h>
 
+#include "DocumentSize.h"
 #include "HttpConnection.h"
 // after winsock2.h
 #include <wininet.h>
@@ -135,10 +136,15 @@ TEST(PostFormOverHttp, SendsTheFormAndItsHeaders) {
     EXPECT_EQ(PostFormOverHttp(url, "x").delivery, FormDelivery::NotConnected) << url;
   }
   EXPECT_EQ(PostFormOverHttp("http://unknown.invalid/", "x").delivery, FormDelivery::NotSent);
+
+  // A length that does not fit into 32 bits is refused before a byte is looked at, not cut to 5.
+  LoopbackServer unasked(Reply("200 OK", "<root/>"));
+  EXPECT_EQ(PostFormOverHttp(unasked.Url("/"), {body.data(), 0x1'0000'0005}).delivery, FormDelivery::NotSent);
+  EXPECT_THAT(unasked.Stop(), testing::IsEmpty());
 }
 
 TEST(HttpConnection, ReadsTheBodyOf200Only) {
-  const std::string large(HttpConnection::kMaximumResponse, 'y');
+  const std::string large(kLongestDocument, 'y');
   const struct {
     const char* name;
     std::string reply;
