@@ -12,15 +12,22 @@ bool BerReader::skipExactly(std::span<const std::uint8_t> expected) noexcept {
   return true;
 }
 
-std::optional<std::size_t> BerReader::takeLongLength(std::size_t bytes) noexcept {
+std::optional<BerReader::Element> BerReader::takeLongElement() noexcept {
+  BerReader ahead = *this;
+  const auto head = ahead.take(2);
+  if (!head) return std::nullopt;
   // X.690, 8.1.3.5; its minimal use is not required. No bytes at all are the indefinite form (8.1.3.6), which SNMP does
   // not know; four of them name more than any datagram holds.
+  const std::size_t bytes = (*head)[1] & 0x7F;
   if (bytes == 0 || bytes > 4) return std::nullopt;
-  const auto taken = take(bytes);
-  if (!taken) return std::nullopt;
+  const auto lengthBytes = ahead.take(bytes);
+  if (!lengthBytes) return std::nullopt;
   std::size_t length = 0;
-  for (std::uint8_t byte : *taken) length = length << 8 | byte;
-  return length;
+  for (std::uint8_t byte : *lengthBytes) length = length << 8 | byte;
+  const auto content = ahead.take(length);
+  if (!content) return std::nullopt;
+  *this = ahead;
+  return Element{(*head)[0], BerReader(*content)};
 }
 
 std::optional<std::int32_t> readInteger(BerReader content) noexcept {
