@@ -11,12 +11,13 @@ class OIDCodec;
 /// OID is an OBJECT IDENTIFIER, kept as dotted decimal text such as "1.3.6.1.2.1.1.1.0".
 class ZTSNMP_API OID : public SNMPDataType {
  public:
-  OID() = default;
+  OID() noexcept;
   explicit OID(const char* text) noexcept;
-  OID(const OID&) = default;
+  OID(const OID& other);
+  OID(OID&& other) noexcept;
   OID& operator=(const OID& other);
-  OID(OID&&) noexcept = default;
-  OID& operator=(OID&&) noexcept = default;
+  OID& operator=(OID&& other) noexcept;
+  ~OID() override;
 
   [[nodiscard]] EnumDataType getDataType() const noexcept override;
   [[nodiscard]] const char* toString() const noexcept override;  ///< the dotted text
@@ -26,7 +27,7 @@ class ZTSNMP_API OID : public SNMPDataType {
   /// front or at the end); all else, null included, is refused with -7. The size of the numbers is not checked here:
   /// one above 4294967295 keeps the binding out of the message when it is encoded.
   int setValue(const char* text) noexcept;
-  [[nodiscard]] const char* getValue() const noexcept { return text_.c_str(); }
+  [[nodiscard]] const char* getValue() const noexcept;
 
   /// isValidValue answers 0 or -7 for a text, by the rule of `setValue`.
   [[nodiscard]] static int isValidValue(const char* text) noexcept;

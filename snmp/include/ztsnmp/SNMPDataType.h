@@ -25,7 +25,7 @@ enum EnumDataType : int {
 /// assignment or destruction.
 class ZTSNMP_API SNMPDataType {
  public:
-  virtual ~SNMPDataType() = default;
+  virtual ~SNMPDataType();
 
   /// getDataType answers the class of the value, which is also its BER tag.
   [[nodiscard]] virtual EnumDataType getDataType() const noexcept = 0;
@@ -37,9 +37,7 @@ class ZTSNMP_API SNMPDataType {
   [[nodiscard]] virtual int isValid() const noexcept = 0;
 
  protected:
-  SNMPDataType() = default;
-  SNMPDataType(const SNMPDataType&) = default;
-  SNMPDataType& operator=(const SNMPDataType&) = default;
-  SNMPDataType(SNMPDataType&&) = default;
-  SNMPDataType& operator=(SNMPDataType&&) = default;
+  SNMPDataType() noexcept;
+  SNMPDataType(const SNMPDataType& other) noexcept;
+  SNMPDataType& operator=(const SNMPDataType& other) noexcept;
 };

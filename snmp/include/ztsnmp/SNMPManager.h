@@ -59,9 +59,9 @@ class ZTSNMP_API SNMPManager {
   using StatusCallback = void (*)(EnumDetectionStatType status);
   using TrapCallback = void (*)(TrapPDU& trap);
 
-  SNMPManager() = default;
-  SNMPManager(const SNMPManager&) = default;
-  SNMPManager& operator=(const SNMPManager&) = default;
+  SNMPManager() noexcept;
+  SNMPManager(const SNMPManager& other);
+  SNMPManager& operator=(const SNMPManager& other);
   ~SNMPManager();
 
   /// get asks for the objects that the PDU names; getNext for the ones that follow them; set changes them.
