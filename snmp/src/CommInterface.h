@@ -24,7 +24,7 @@ class CommInterface {
   /// initialize makes the transport ready; further calls change nothing.
   virtual int initialize() = 0;
 
-  /// broadcast sends one datagram to all hosts of the local networks.
+  /// broadcast sends one datagram to all hosts of the local networks; 0 when it went out to one network at least.
   virtual int broadcast(std::span<const std::uint8_t> data) = 0;
 
   /// transmit sends one datagram to the target's IPv4 address.

@@ -12,10 +12,10 @@ struct BCastOptions;
 
 /// EnumDetectionStatType tells the status callback of a broadcast how far it is.
 enum EnumDetectionStatType : int {
-  DetectionStarted = 0,   ///< the request went out, answers are awaited
+  DetectionStarted = 0,   ///< the request went out to one network at least, answers are awaited
   DetectionAnswered = 1,  ///< an answer was handed to the answer callback
   DetectionFinished = 2,  ///< the waiting time is over
-  DetectionFailed = 3,    ///< nothing could be sent
+  DetectionFailed = 3,    ///< it went out to none
 };
 
 /// EnumProtocol is the set of bits that `getAvailableProtocols` answers.
@@ -84,9 +84,9 @@ class ZTSNMP_API SNMPManager {
   /// hands each good answer to `onAnswer`: a PDU with the answer in its bindings, and the sender's address, both valid
   /// during the call only. Callbacks must not throw. `community` null means "public"; `onStatus` may be null. It
   /// returns when no answer has come for `seconds` (1 to 60, default 3), or 10 times that after the request. 0 when the
-  /// request went out, also without answers; -56 when `onAnswer` is missing; the status of an invalid binding, of the
-  /// community (-51) or of the seconds (-19); -10 for a type that is not get or get-next; -57 when nothing could be
-  /// sent.
+  /// request went out to one network at least, also without answers; -57, at once, when it went out to none. Before
+  /// that: -56 when `onAnswer` is missing; the status of an invalid binding, of the community (-51) or of the seconds
+  /// (-19); -10 for a type that is not get or get-next.
   int broadcast(ReqRespPDU& pdu, const char* community, AnswerCallback onAnswer, StatusCallback onStatus) noexcept;
   int broadcast(ReqRespPDU& pdu, const char* community, AnswerCallback onAnswer, StatusCallback onStatus,
                 int seconds) noexcept;
