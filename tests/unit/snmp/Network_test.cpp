@@ -92,7 +92,12 @@ TEST_F(NetworkTest, AddressesAreDecimal) {
 }
 
 TEST_F(NetworkTest, SocketsAreNotInherited) {
-  EXPECT_FALSE(isInherited(ztsnmp::Socket::open(ztsnmp::Family::IPv4).handle()));
+  for (bool old : {true, false}) {
+    playOldSystem(old);
+    const auto socket = ztsnmp::Socket::open(ztsnmp::Family::IPv4);
+    EXPECT_TRUE(socket.isValid()) << old;
+    EXPECT_FALSE(isInherited(socket.handle())) << old;
+  }
 }
 
 TEST_F(NetworkTest, TransportChecksItsInput) {
