@@ -45,7 +45,8 @@ std::optional<std::uint32_t> readUnsigned(BerReader content) noexcept {
   if (bytes.empty() || bytes.size() > 5) return std::nullopt;
   if (bytes.size() == 5 && bytes.front() != 0) return std::nullopt;
   // An unsigned number whose first bit is set is written with a leading 00 (X.690, 8.3.3). Without it the number is
-  // taken as negative, on purpose: a lone 80 reads as 4294967168.
+  // taken as negative, on purpose: a lone 80 reads as 4294967168. Agents that leave out the 00 hold their counters in
+  // signed variables, and have shortened FFFFFF80 as the negative number that it is to them.
   std::uint32_t value = bytes.front() & 0x80 ? ~0U : 0U;
   for (std::uint8_t byte : bytes) value = value << 8 | byte;
   return value;

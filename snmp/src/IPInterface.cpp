@@ -100,6 +100,7 @@ int IPInterface::transmitTo(const char* address, std::span<const std::uint8_t> d
 
   ReadySet ready;
   if (const int status = wait(WaitFor::Writable, ready); status != StatusSuccess) return status;
+  // From each, as only the answer tells which local address leads to the agent.
   bool sent = false;
   for (std::size_t i = 0; i < sockets_.size(); ++i) {
     if (ready[i] && fits(sockets_[i]) && sockets_[i].sendTo(data, agent)) sent = true;

@@ -44,7 +44,8 @@ const char* asText(std::span<const std::uint8_t> bytes) {
 // ---- writing
 
 /// request-id, error-status and error-index are always one byte long, on purpose: the reading side expects them at
-/// fixed places, and so do old agents.
+/// fixed places, and so do old agents. A request-id of one byte is enough, as nothing tells requests apart by it: each
+/// operation has sockets, and so ports, of its own.
 void writeHeaderField(BerWriter& writer, int value) {
   writer.bytes(std::array{kTagInteger, std::uint8_t{1}, static_cast<std::uint8_t>(value)});
 }
@@ -258,7 +259,8 @@ int MessageCodec::decodePacket(std::span<const std::uint8_t> message, ReqRespPDU
   auto content = enterMessage(message, kTagGetResponse);
   if (!content) return StatusGeneralError;
 
-  // Three fields of 02 01 nn each are assumed, on purpose, and only nn is read. The request-id is not compared.
+  // Three fields of 02 01 nn each are assumed, on purpose, and only nn is read: agents repeat the request-id as they
+  // got it, in one byte. It is not compared, since all requests have the same.
   const auto fields = content->take(9);
   if (!fields) return StatusGeneralError;
   pdu.requestId_ = (*fields)[2];

@@ -15,7 +15,7 @@ class ZTSNMP_API Integer : public SNMPDataType {
   [[nodiscard]] const char* toString() const noexcept override;  ///< decimal
   [[nodiscard]] int isValid() const noexcept override;
 
-  /// setValue takes any number but -2147483648, which is refused with -2.
+  /// setValue takes any number but -2147483648, which is refused with -2. An answer that holds it counts as unreadable.
   int setValue(int value) noexcept;
   [[nodiscard]] int getValue() const noexcept;
 
@@ -25,6 +25,9 @@ class ZTSNMP_API Integer : public SNMPDataType {
 };
 
 /// Counter is a Counter: an unsigned 32-bit number that only grows and wraps to 0 (RFC 1155, section 3.2.3.3).
+///
+/// Every number can be received. In a `set`, numbers from 4286578688 (0xFF800000) upward go out shortened, as another
+/// number: 4294967295 as 255. So do those of `Gauge` and `TimeTicks`.
 class ZTSNMP_API Counter : public SNMPDataType {
  public:
   Counter() noexcept;

@@ -24,8 +24,13 @@ class ZTSNMP_API OID : public SNMPDataType {
   [[nodiscard]] int isValid() const noexcept override;           ///< always 0: other texts are never held
 
   /// setValue takes the empty text, or at most 255 characters of decimal numbers joined by single dots (no dot in
-  /// front or at the end); all else, null included, is refused with -7. The size of the numbers is not checked here:
-  /// one above 4294967295 keeps the binding out of the message when it is encoded.
+  /// front or at the end); all else, null included, is refused with -7. The size of the numbers is not checked here,
+  /// but not every name can travel:
+  ///   - A number above 4294967295, and first two numbers a and b with 40 * a + b above 255, have no encoding. A
+  ///   binding
+  ///     with such a name, or value, is left out of the message, see `ReqRespPDU`.
+  ///   - A number above 2147483647 goes out, but an answer that holds it counts as unreadable.
+  ///   - A second number above 39 goes out, but comes back as other first two numbers: "1.40" as "2.0".
   int setValue(const char* text) noexcept;
   [[nodiscard]] const char* getValue() const noexcept;
 

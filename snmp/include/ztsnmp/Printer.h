@@ -8,7 +8,8 @@ namespace ztsnmp {
 class PrinterRecord;
 }
 
-/// Printer is a printer that discovery found: a target to send requests to, and what is known about it.
+/// Printer is a printer that discovery found: a target to send requests to, and what is known about it. No public
+/// operation of this version hands one out; one that a program makes knows no more than its address.
 class ZTSNMP_API Printer : public Target {
  public:
   Printer();

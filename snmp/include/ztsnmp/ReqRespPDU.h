@@ -25,6 +25,10 @@ enum EnumPDUType : int {
 /// A PDU is refused when it holds no binding (-8), an invalid name (-7), an invalid value (that value's status) or an
 /// empty `OctetString` (-58). The last one concerns walks, too: after an answer with an empty text, set the value of
 /// the binding to a `Null` before you ask for the next.
+///
+/// A binding that has no encoding (some names, see `OID`; in a set also an `IPv6Address`, or no value at all) is left
+/// out of the message, and the others go out all the same. The answer then lacks a binding and counts as unreadable,
+/// though the agent may have set the others.
 class ZTSNMP_API ReqRespPDU {
  public:
   ReqRespPDU() noexcept;
@@ -62,7 +66,8 @@ class ZTSNMP_API ReqRespPDU {
   [[nodiscard]] EnumPDUType getPDUType() const noexcept;
 
   /// getErrorStatus answers, after an operation, 0 or the agent's error (RFC 1157, section 4.1.1: 1 tooBig,
-  /// 2 noSuchName, 3 badValue, 4 readOnly, 5 genErr), or -1 when there was no answer that could be read.
+  /// 2 noSuchName, 3 badValue, 4 readOnly, 5 genErr), or -1 when there was no answer that could be read. 0 after a -53
+  /// says that the request was too long to be sent, see `SNMPManager::get`.
   [[nodiscard]] int getErrorStatus() const noexcept;
 
   /// getErrorIndex answers which binding the agent's error is about, counted from 1; 0 or -1 as `getErrorStatus`.

@@ -29,8 +29,12 @@ class ZTSNMP_API Target {
   static constexpr int kMaxIPv6Addresses = 10;
 
   Target();
+
+  /// The constructors from an address and communities never fail: an address that is not valid is left out, so that the
+  /// target is not valid (-23) until it gets one; a community that its setter refuses stays "public".
   explicit Target(const NetworkAddress& address);
   Target(const NetworkAddress& address, const char* readCommunity, const char* writeCommunity);
+
   Target(const Target& other);
   Target& operator=(const Target& other);
   virtual ~Target();
@@ -85,8 +89,9 @@ class ZTSNMP_API Target {
 
   /// setIPAddressOrder, getFirstAddress and getNextAddress walk the addresses in the order wanted (EnumAddressOrder; a
   /// walk in any other order is empty). The addresses belong to the target; null ends the walk.
-  /// With the default order and no IPv4 address, the walk visits the first IPv6 address twice and the last one never.
-  /// Programs depend on it; choose OrderIPv6Only for a target with IPv6 addresses alone.
+  /// With the default order, no IPv4 address and several IPv6 addresses, the walk visits the first of these twice and
+  /// the last one never; a single one is visited once. Programs depend on it; choose OrderIPv6Only for a target with
+  /// IPv6 addresses alone.
   void setIPAddressOrder(int order) noexcept;
   [[nodiscard]] NetworkAddress* getFirstAddress() noexcept;
   [[nodiscard]] NetworkAddress* getNextAddress() noexcept;

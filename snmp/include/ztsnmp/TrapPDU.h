@@ -11,8 +11,8 @@ namespace ztsnmp {
 class MessageCodec;
 }
 
-/// TrapPDU is a received SNMPv1 trap (RFC 1157, section 4.1.6). Only the library's decoder fills it;
-/// copies are deep.
+/// TrapPDU is a received SNMPv1 trap (RFC 1157, section 4.1.6). Only the library's decoder fills it; copies are deep.
+/// No public operation of this version hands one out: no trap service is spoken with, see `SNMPManager::_register`.
 class ZTSNMP_API TrapPDU {
  public:
   TrapPDU() noexcept;

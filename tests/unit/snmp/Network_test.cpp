@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <vector>
 
 #include "HandleCount.h"
 #include "IPInterface.h"
@@ -75,6 +76,10 @@ TEST_F(NetworkTest, BadInputSendsNothing) {
   EXPECT_EQ(manager.get(empty, target), -8);
   pdu.getVarBind(0).setValue(OctetString());
   EXPECT_EQ(manager.set(pdu, target), -58);
+  const std::vector<VarBind> many(200, VarBind{OID("1.3.6.1.2.1.43.11.1.1.6.1.1")});
+  ReqRespPDU tooLong(many.data(), 200);
+  EXPECT_EQ(manager.get(tooLong, target), -53);
+  EXPECT_EQ(tooLong.getErrorStatus(), 0);
   EXPECT_TRUE(agent.requests().empty());
 }
 
