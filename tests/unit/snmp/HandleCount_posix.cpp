@@ -10,6 +10,4 @@ unsigned long handleCount() {
   return static_cast<unsigned long>(std::distance(begin(entries), end(entries)));
 }
 
-void playOldSystem(bool) {}
-
 bool isInherited(std::intptr_t handle) { return (::fcntl(static_cast<int>(handle), F_GETFD) & FD_CLOEXEC) == 0; }

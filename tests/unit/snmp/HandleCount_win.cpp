@@ -6,28 +6,13 @@
 
 #include "HandleCount.h"
 
-namespace {
-
-bool oldSystem = false;
-
-SOCKET WSAAPI openSocket(int family, int type, int protocol, WSAPROTOCOL_INFOW* info, GROUP group, DWORD flags) {
-  if (oldSystem && (flags & WSA_FLAG_NO_HANDLE_INHERIT) != 0) {
-    WSASetLastError(WSAEINVAL);
-    return INVALID_SOCKET;
-  }
-  static const FARPROC open = GetProcAddress(GetModuleHandleW(L"ws2_32.dll"), "WSASocketW");
-  return reinterpret_cast<decltype(&openSocket)>(reinterpret_cast<void*>(open))(family, type, protocol, info, group,
-                                                                                flags);
+// Plays a Windows 7 that does not know the flag against inheritance; the library's import leads here.
+static SOCKET WSAAPI openSocket(int family, int type, int protocol, WSAPROTOCOL_INFOW*, GROUP, DWORD flags) {
+  return (flags & WSA_FLAG_NO_HANDLE_INHERIT) != 0 ? INVALID_SOCKET : socket(family, type, protocol);
 }
-
-}  // namespace
-
-// Stands in for the entry of the import table that the linker would make.
 extern "C" {
 decltype(&openSocket) __imp_WSASocketW = openSocket;
 }
-
-void playOldSystem(bool on) { oldSystem = on; }
 
 unsigned long handleCount() {
   DWORD count = 0;
