@@ -66,7 +66,7 @@ def check(ports: list[str]) -> int:
                 pass
             case errno.EACCES:
                 return fail(f"{name} is refused to ordinary users of this machine. Run this as root, install sudo, or let root "
-                            f"say: sysctl -w net.ipv4.ip_unprivileged_port_start={number}")
+                            f"say: sysctl -w net.ipv4.ip_unprivileged_port_start={min(int(port.split('/')[1]) for port in ports)}")
             case errno.EADDRINUSE:
                 return fail(f"{name} is taken by another program, which `ss -ap 'sport = {number}'` names: end it "
                             "(Debian's own SNMP agent: systemctl disable --now snmpd)")

@@ -6,19 +6,28 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <string>
 #include <string_view>
 
 #include "Hex.h"
 #include "IPInterface.h"
+#include "ztsnmp/SNMPManager.h"
 
 namespace {
 
-// An adapter and its VLAN have one link-local address. Here the loopback and "near" have; the agent is "far".
-TEST(Adapters, OfOneLinkLocalAddressAreToldApart) {
-  if (const char* world = std::getenv("ZT_WORLD"); world != nullptr && std::string_view(world) == "loopback") {
-    std::puts("SKIPPED HERE: Adapters.OfOneLinkLocalAddressAreToldApart: needs adapters of its own");
+class Adapters : public testing::Test {
+ protected:
+  void SetUp() override {
+    const char* world = std::getenv("ZT_WORLD");
+    if (world == nullptr || std::string_view(world) != "loopback") return;
+    const char* name = testing::UnitTest::GetInstance()->current_test_info()->name();
+    std::printf("SKIPPED HERE: Adapters.%s: needs adapters of its own\n", name);
     GTEST_SKIP();
   }
+};
+
+// An adapter and its VLAN have one link-local address. Here the loopback and "near" have; the agent is "far".
+TEST_F(Adapters, OfOneLinkLocalAddressAreToldApart) {
   ASSERT_EQ(std::system("ip link add near type veth peer name far && ip link set near addrgenmode none up &&"
                         "ip link set far addrgenmode none up && ip addr add fe80::a1/64 dev lo nodad &&"
                         "ip addr add fe80::a1/64 dev near nodad"),
@@ -48,6 +57,28 @@ TEST(Adapters, OfOneLinkLocalAddressAreToldApart) {
     EXPECT_EQ(transport.receive(buffer, received, nullptr), 0);
   }
   EXPECT_EQ(std::system("ip link del near && ip addr del fe80::a1/64 dev lo"), 0);
+}
+
+// "near" has an address, and no way to all hosts; the loopback has one, where nobody answers.
+TEST_F(Adapters, ThatReachNobodyDoNotFailABroadcast) {
+  static std::string told;
+  SNMPManager manager;
+  ReqRespPDU pdu;
+  pdu.addVarBind(VarBind{OID("1.3.6.1")});
+  const auto ignore = [](ReqRespPDU&, NetworkAddress*) {};
+  const auto keep = [](EnumDetectionStatType status) { told += std::to_string(status); };
+  int count = 0;
+  IPAddress none;
+  EXPECT_EQ(std::system("ip link add near type veth peer name far && ip link set near addrgenmode none up &&"
+                        "ip addr add fe80::a1/64 dev near nodad && ip addr del 127.0.0.1/8 dev lo &&"
+                        "ip -6 route del multicast ff00::/8 dev near table local"),
+            0);
+  EXPECT_EQ(manager.broadcast(pdu, nullptr, ignore, keep, 1), -57);
+  EXPECT_EQ(std::system("ip addr add 127.0.0.1/8 dev lo"), 0);
+  EXPECT_EQ(manager.broadcast(pdu, nullptr, ignore, keep, 1), 0);
+  EXPECT_EQ(manager.detectHPPrinters(&none, &count), 0);
+  EXPECT_EQ(told, "302");  // failed, without a wait; started, finished
+  EXPECT_EQ(std::system("ip link del near"), 0);
 }
 
 }  // namespace
