@@ -112,6 +112,8 @@ class OfficeTestCase(unittest.TestCase):
 
     def wine(self, *command: str) -> None:
         """Runs a program of Windows' own."""
+        # Were it the first one, all that it started would end three seconds after it, and fail whoever comes just then.
+        self.world.start_windows()
         subprocess.run(
             ["wine", *command],
             env=self.world.environment() | {"WINEDEBUG": "-all"},
