@@ -25,7 +25,7 @@ from report_server import ReportServer  # noqa: E402
 from snmp_agent import start_agent  # noqa: E402
 from ztsim.holder import Holder  # noqa: E402
 from ztsim.prefix import reg_text  # noqa: E402
-from ztsim.world import BUILD, FLAGS, LOGGER, Result, Run, World  # noqa: E402
+from ztsim.world import BUILD, FLAGS, Result, Run, World  # noqa: E402
 
 QUEUE = "Office"
 DRIVER = "Velnora RV-2160 PCL"
@@ -56,6 +56,11 @@ monitor = TCPMON.DLL
 address = {address}
 {more_of_port}
 """
+
+
+def golden(name: str) -> str:
+    """A document as it must be posted."""
+    return (HERE / "golden" / f"{name}.xml").read_text(encoding="utf-8")
 
 
 def history(**keys: str) -> str:
@@ -98,20 +103,18 @@ class OfficeTestCase(unittest.TestCase):
             self.set_registry(FLAGS, flags)
             type(self)._flags = flags
 
-    def set_logger(self, **values: object) -> None:
-        """Gives the trace log other settings for the rest of the test."""
-        self.set_registry(LOGGER, values)
-        self.addCleanup(self.set_registry, LOGGER, {"Level": 4, "File": r"C:\zt.log"})
-
     def set_registry(self, key: str, values: dict[str, object]) -> None:
         r"""Replaces the values under HKEY_LOCAL_MACHINE\key while Windows runs."""
         lines = [f"[-HKEY_LOCAL_MACHINE\\{key}]", f"[HKEY_LOCAL_MACHINE\\{key}]"]
         lines += [f'"{name}"={reg_text(value)}' for name, value in values.items()]
-        (self.world.prefix.drive / "values.reg").write_text("\r\n".join(["Windows Registry Editor Version 5.00", "", *lines, ""]), encoding="utf-16")
+        text = "\r\n".join(["Windows Registry Editor Version 5.00", "", *lines, ""])
+        (self.world.prefix.drive / "values.reg").write_text(text, encoding="utf-16")
         self.wine("reg", "import", r"C:\values.reg")
 
     def wine(self, *command: str) -> None:
         """Runs a program of Windows' own."""
+        # Were it the first one, all that it started would end three seconds after it, and fail whoever comes just then.
+        self.world.start_windows()
         subprocess.run(
             ["wine", *command],
             env=self.world.environment() | {"WINEDEBUG": "-all"},

@@ -1,15 +1,13 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <windows.h>
 
 #include <filesystem>
 #include <fstream>
 
 #include "AgreementDialog.h"
-#include "Logger.h"
-#include "RegistryKey.h"
+#include "ProgramPath.h"
 #include "TempFolder.h"
-#include "Text.h"
+#include "TraceCapture.h"
 
 namespace zt {
 namespace {
@@ -17,56 +15,40 @@ namespace {
 using testing::ElementsAre;
 using testing::StartsWith;
 
-std::filesystem::path ProgramFolder() {
-  wchar_t path[MAX_PATH] = {};
-  GetModuleFileNameW(nullptr, path, MAX_PATH);
-  return std::filesystem::path(path).parent_path();
-}
-
 // The library that the build lays beside this program answers by the language; see AgreementAnswers.cpp.
 TEST(AgreementDialogTest, OnlyTheLibraryOfTheProgramsFolderIsAsked) {
-  const std::filesystem::path answers = ProgramFolder() / L"AgreementAnswers.dll";
-  const std::filesystem::path library = ProgramFolder() / L"UA.dll";
+  const std::filesystem::path folder = std::filesystem::path(ProgramPath()).parent_path();
+  const std::filesystem::path library = folder / L"UA.dll";
+  const auto ask = [](const wchar_t* language, bool countryIs52 = true) {
+    return ShowAgreementDialog(L"Queue", language, countryIs52);
+  };
   const TempFolder current;
-  RegistryKey key = RegistryKey::OpenOrCreate(L"SOFTWARE\\Tressil\\Logger\\AgreementDialogTest", KEY_SET_VALUE);
-  ASSERT_TRUE(key.WriteDword(L"Level", 3) && key.WriteString(L"File", current.Path(L"zt.log")));
-  processLogger.Start(L"AgreementDialogTest");
+  const TraceCapture trace;
   std::filesystem::remove(library);
-  std::filesystem::copy_file(answers, current.Path(L"UA.dll"));
+  std::filesystem::copy_file(folder / L"AgreementAnswers.dll", current.Path(L"UA.dll"));
   std::filesystem::current_path(current.Path(L""));
-  EXPECT_EQ(ShowAgreementDialog(L"Queue", L"1", true), Agreement::DisagreedUnreported)
-      << "the library of the current folder was asked";
+  EXPECT_EQ(ask(L"1"), Agreement::DisagreedUnreported) << "the library of the current folder was asked";
 
-  std::filesystem::copy_file(answers, library);
-  EXPECT_EQ(ShowAgreementDialog(L"Queue", L"1", true), Agreement::Agreed);
-  EXPECT_EQ(ShowAgreementDialog(L"Queue", L"2", true), Agreement::Disagreed);
-  EXPECT_EQ(ShowAgreementDialog(L"Queue", L"1", false), Agreement::Disagreed) << "the library answers one more";
-  for (const wchar_t* unreported : {L"3", L"0", L"4", L"-1"}) {
-    EXPECT_EQ(ShowAgreementDialog(L"Queue", unreported, true), Agreement::DisagreedUnreported);
-  }
-  EXPECT_EQ(GetModuleHandleW(L"UA.dll"), nullptr) << "the library is unloaded";
+  std::filesystem::copy_file(folder / L"AgreementAnswers.dll", library);
+  EXPECT_EQ(ask(L"1"), Agreement::Agreed);
+  EXPECT_EQ(ask(L"2"), Agreement::Disagreed);
+  EXPECT_EQ(ask(L"1", false), Agreement::Disagreed) << "the library answers one more";
+  for (const wchar_t* odd : {L"3", L"0", L"4", L"-1"}) EXPECT_EQ(ask(odd), Agreement::DisagreedUnreported);
   EXPECT_EQ(ShowAgreementDialog(L"Other", L"1", true), Agreement::DisagreedUnreported);
+  EXPECT_TRUE(std::filesystem::remove(library)) << "the library is unloaded";
 
-  std::filesystem::remove(library);
-  std::filesystem::copy_file(ProgramFolder() / L"AgreementNothing.dll", library);
-  EXPECT_EQ(ShowAgreementDialog(L"Queue", L"1", true), Agreement::DisagreedUnreported) << "there is no such entry";
-  std::filesystem::remove(library);
+  std::filesystem::copy_file(folder / L"AgreementNothing.dll", library);
+  EXPECT_EQ(ask(L"1"), Agreement::DisagreedUnreported) << "there is no such entry";
   std::ofstream(library) << "no library";
-  EXPECT_EQ(ShowAgreementDialog(L"Queue", L"1", true), Agreement::DisagreedUnreported);
+  EXPECT_EQ(ask(L"1"), Agreement::DisagreedUnreported);
   std::filesystem::remove(library);
 
-  processLogger.Flush();
-  const std::string log = current.Read(L"zt.log");
-  std::vector<std::string> messages;
-  for (const std::string_view line : SplitAny(log, "\r\n")) {
-    messages.emplace_back(line.substr(line.rfind('\t') + 1));
-  }
-  const std::string unloadable = "[UA] no agreement dialog: UA.dll cannot be loaded, error ";
-  EXPECT_THAT(messages, ElementsAre(unloadable + "126", "[UA] the agreement dialog answered 0",
-                                    "[UA] the agreement dialog answered 4", "[UA] the agreement dialog answered -1",
-                                    "[UA] the agreement dialog answered 0",
-                                    "[UA] no agreement dialog: UA.dll does not export ShowProtectionAgreementUI",
-                                    StartsWith(unloadable)));
+  const std::string unloadable = "3 [UA] no agreement dialog: UA.dll cannot be loaded, error ";
+  const std::string answered = "3 [UA] the agreement dialog answered ";
+  EXPECT_THAT(trace.Texts(),
+              ElementsAre(unloadable + "126", answered + "0", answered + "4", answered + "-1", answered + "0",
+                          "3 [UA] no agreement dialog: UA.dll does not export ShowProtectionAgreementUI",
+                          StartsWith(unloadable)));
 }
 
 }  // namespace
