@@ -16,7 +16,7 @@ declare -A sets=(
   [test]="git g++ clang-format libtinyxml2-dev googletest openssl tshark clang libclang-rt-14-dev xxd xvfb xdotool imagemagick pkg-config"
 )
 # What lays the world's network out, by the way that this machine allows.
-case $(sim/in-namespace --which) in
+case $(sim/bin/in-namespace --which) in
   loopback) sets[world]+=" libnss-wrapper" ;;
   *) sets[world]+=" iproute2" ;;
 esac

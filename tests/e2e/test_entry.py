@@ -3,8 +3,12 @@
 import shutil
 import unittest
 
-from office import QUEUE, SERVER_URL, Gate, OfficeTestCase, answers, queue_script
-from ztsim.world import AGREEMENT, World
+from sim import answers
+from sim.answers import Gate
+from sim.queues import QUEUE, queue_script
+from sim.world import AGREEMENT, World
+
+from .office import SERVER_URL, OfficeTestCase
 
 SENT = "4 send sucessfully..."
 OF_ANOTHER_COMPUTER = queue_script(more_of_queue="attributes = 0x10")

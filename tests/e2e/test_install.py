@@ -3,11 +3,13 @@
 import subprocess
 import unittest
 
-from office import BUILD, OfficeTestCase, history
-from ztsim.prefix import reg_text
-from ztsim.world import Result, World
+from sim.paths import WINDOWS
+from sim.prefix import reg_text
+from sim.world import Result, World
 
-ACCESS = BUILD / "tests" / "e2e" / "zt-access.exe"
+from .office import OfficeTestCase, history
+
+ACCESS = WINDOWS / "access" / "zt-access.exe"
 # All but what is the owner's alone (1f01ff on Windows): Wine keeps the permission bits of Unix.
 EVERYONE_FULL = "allow S-1-1-0 1301ff"
 REG_LINK = 6

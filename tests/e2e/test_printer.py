@@ -5,7 +5,13 @@ import socket
 import subprocess
 import unittest
 
-from office import BUILD, HERE, PRINTERS, Gate, OfficeTestCase, answers, history, queue_script, rule, skip_without_own_network
+from sim import answers
+from sim import misbehaviour as rule
+from sim.answers import Gate
+from sim.paths import PRINTERS, WINDOWS
+from sim.queues import queue_script
+
+from .office import HERE, OfficeTestCase, history, skip_without_own_network
 
 GOLDEN = HERE / "golden" / "colour.xml"
 PWG_ID = "1.3.6.1.4.1.2699.1.2.1.2.1.1.3.1"
@@ -70,7 +76,7 @@ PnPXID = urn:uuid:1
 
     def assert_wsd_ports(self, *rows: tuple[str, str | None, str]) -> None:
         """A report by each: the location in the registry, what Function Discovery says of the device, the address."""
-        dll = BUILD / "sim" / "function-discovery" / "function-discovery.dll"
+        dll = WINDOWS / "function-discovery" / "function-discovery.dll"
         self.world.install(dll)
         self.world.spooler(self.WSD)
         discovery = self.world.program_folder / "function-discovery.ini"

@@ -2,8 +2,12 @@
 
 import unittest
 
-from office import HERE, PRINTERS, QUEUE, OfficeTestCase, answers, history, queue_script
-from ztsim.desktop import Hands
+from sim import answers
+from sim.desktop import Hands
+from sim.paths import PRINTERS
+from sim.queues import QUEUE, queue_script
+
+from .office import HERE, OfficeTestCase, history
 
 SENT = "4 send sucessfully..."
 UNUSABLE = "3 not valid IO. bye~"

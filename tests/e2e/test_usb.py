@@ -1,19 +1,19 @@
 """Reports of printers at USB ports: each way through the device, and each way in which it fails."""
 
 import re
-import sys
 import unittest
 
-from office import HERE, SIM, OfficeTestCase, Result, queue_script
+from sim.paths import WINDOWS
+from sim.queues import queue_script
+from sim.usb_printers import UsbPrinters, device_path
+from sim.world import Result
 
-sys.path.insert(0, str(SIM / "usb"))
-
-from usb_printers import BUILD, UsbPrinters, device_path  # noqa: E402
+from .office import HERE, OfficeTestCase
 
 FIRST = "VID_1A2B&PID_0001#SN0001"
 SECOND = "VID_1A2B&PID_0001#SN0002"
 HIDDEN = "VID_1A2B&PID_0001#SN0003"
-KLPMON = BUILD / "sim" / "usb" / "klpmon.dll"
+KLPMON = WINDOWS / "usb" / "klpmon.dll"
 
 COLOUR_COUNT = "<DevTotalColorCount>30</DevTotalColorCount>"
 TONER = (
@@ -61,7 +61,7 @@ class UsbTestCase(OfficeTestCase):
 
     def connect(self, port: str = "USB001", jobs: str = "0") -> None:
         """Puts the queue on a USB port."""
-        self.world.spooler(queue_script(port=port, jobs=jobs).replace("address = 127.0.0.1", ""))
+        self.world.spooler(queue_script(port=port, jobs=jobs, address=None))
 
     def forget_usb(self) -> None:
         self.forget()

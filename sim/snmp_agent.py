@@ -9,12 +9,12 @@ In Python:
 
 By hand, until Ctrl-C:
 
-    sim/in-namespace bash
-    python3 sim/snmp-agent/snmp_agent.py sim/printers/colour.mib &
+    sim/bin/in-namespace bash
+    python3 -m sim.snmp_agent sim/printers/colour.mib &
     snmpwalk -v1 -c public -On 127.0.0.1 1.3.6.1
 
 The agent answers as soon as start_agent() returns. It reads the data file again whenever it has changed; what was set
-by SNMP is kept in memory until then. Port 161 is free for everybody inside sim/in-namespace, elsewhere for root only.
+by SNMP is kept in memory until then. Port 161 is free for everybody inside sim/bin/in-namespace, elsewhere for root only.
 The system group is snmpd's own; the data file may name its texts.
 """
 
@@ -27,9 +27,10 @@ import sys
 import tempfile
 import time
 
-import snmp_ber
-from mib_file import Mib, format_oid, format_value, parse_oid, parse_value
-from snmp_client import exchange
+from . import ber
+from .mib import Mib, format_oid, format_value, parse_oid, parse_value
+from .paths import SIM
+from .snmp_client import exchange
 
 # What the printer serves: the Printer MIB, the PWG's MIBs and the maker's own objects.
 SUBTREES = ("1.3.6.1.2.1.43", "1.3.6.1.4.1.2699", "1.3.6.1.4.1.53017")
@@ -44,7 +45,7 @@ MODULES = "system_mib,pass_persist,vacm_conf"
 START_LIMIT = 10.0  # seconds
 
 # Names in the agent's own folder.
-PRINTER, CHANGES, PASS_PERSIST = "printer.mib", "changes.mib", "pass_persist.py"
+PRINTER, CHANGES, PACKAGE = "printer.mib", "changes.mib", "sim"
 
 
 class AgentError(Exception):
@@ -74,7 +75,7 @@ class Agent:
         try:
             # snmpd splits a command at its blanks, quoted or not, so everything gets a plain name in its folder.
             os.symlink(os.path.abspath(data_file), self._path(PRINTER))
-            os.symlink(os.path.join(os.path.dirname(os.path.abspath(__file__)), PASS_PERSIST), self._path(PASS_PERSIST))
+            os.symlink(SIM, self._path(PACKAGE))
             self.change(changes or {})
             self._mib = Mib(data_file, self._path(CHANGES))
             self._process = self._start_snmpd()
@@ -143,7 +144,7 @@ class Agent:
     def _configuration(self):
         lines = [f"rwcommunity {self.community}", f"rwcommunity6 {self.community}"]
         for top in SUBTREES:
-            lines.append(f"pass_persist .{top} {sys.executable} -E -S {PASS_PERSIST} {top} {PRINTER} {CHANGES}")
+            lines.append(f"pass_persist .{top} {sys.executable} -E -S -m {PACKAGE}.pass_persist {top} {PRINTER} {CHANGES}")
         for name, word in SYSTEM_WORDS.items():
             value = self._mib.get(parse_oid(name))
             if value:
@@ -158,7 +159,7 @@ class Agent:
         firsts = [first[0] for top in SUBTREES if (first := self._mib.next(parse_oid(top), parse_oid(top)))]
         for address in self.addresses:
             for name in firsts:
-                question = snmp_ber.request(snmp_ber.GET, [name], self.community.encode())
+                question = ber.request(ber.GET, [name], self.community.encode())
                 while not self._is_good(exchange(question, address, self.port, timeout=START_LIMIT)):
                     if self._process.poll() is not None or time.monotonic() > deadline:
                         raise AgentError("snmpd does not answer:\n" + self.log())
@@ -166,7 +167,7 @@ class Agent:
 
     @staticmethod
     def _is_good(answer):
-        return answer is not None and answer.error_status == snmp_ber.NO_ERROR
+        return answer is not None and answer.error_status == ber.NO_ERROR
 
 
 def main():

@@ -6,8 +6,8 @@ exchange.send() goes out. The functions below make the rules; RULES holds them b
 
 import random
 
-import snmp_ber
-from mib_file import OCTET_STRING, Value, parse_oid, parse_value
+from . import ber
+from .mib import OCTET_STRING, Value, parse_oid, parse_value
 
 
 def silence():
@@ -65,8 +65,8 @@ def trailing(size=1):
 
 
 def tag(part, number):
-    """A wrong tag on one part of the message; snmp_ber.encode() names the parts."""
-    return _wrapped(lambda name, own, content: snmp_ber.tlv(name, number if name == part else own, content))
+    """A wrong tag on one part of the message; ber.encode() names the parts."""
+    return _wrapped(lambda name, own, content: ber.tlv(name, number if name == part else own, content))
 
 
 def lengths(octets):
@@ -79,7 +79,7 @@ def lengths(octets):
 def indefinite():
     """Every constructed part in the indefinite form."""
     def wrap(part, own, content):
-        return bytes((own, 0x80)) + content + b"\0\0" if own & 0x20 else snmp_ber.tlv(part, own, content)
+        return bytes((own, 0x80)) + content + b"\0\0" if own & 0x20 else ber.tlv(part, own, content)
     return _wrapped(wrap)
 
 
@@ -87,7 +87,7 @@ def lie(part, difference):
     """The length of one part is wrong by so much; 0x7FFFFFFF and the like go out in four octets."""
     def wrap(name, own, content):
         if name != part:
-            return snmp_ber.tlv(name, own, content)
+            return ber.tlv(name, own, content)
         size = max(len(content) + difference, 0)
         octets = bytes((size,)) if size < 0x80 else b"\x84" + min(size, 0xFFFFFFFF).to_bytes(4, "big")
         return bytes((own,)) + octets + content
@@ -116,8 +116,8 @@ def request_id(number):
 
 def error(status, index=1):
     """An error with its index; the bindings are the request's, as RFC 1157 has it."""
-    return lambda exchange: exchange.send(snmp_ber.encode(exchange.request._replace(
-        pdu_type=snmp_ber.RESPONSE, error_status=status, error_index=index)))
+    return lambda exchange: exchange.send(ber.encode(exchange.request._replace(
+        pdu_type=ber.RESPONSE, error_status=status, error_index=index)))
 
 
 def value(text):
@@ -144,7 +144,7 @@ def other_name(text):
 
 def same_name():
     """The names of the request come back, so that a walk does not move."""
-    return lambda exchange: exchange.send(snmp_ber.encode(exchange.answer._replace(
+    return lambda exchange: exchange.send(ber.encode(exchange.answer._replace(
         error_status=0, error_index=0,
         bindings=[(asked, own) for (asked, _), (_, own) in zip(exchange.request.bindings, exchange.answer.bindings)])))
 
@@ -159,8 +159,8 @@ def endless_walk(text='STRING: "row"'):
         columns.add(asked)
         return (*asked, 1)
 
-    return lambda exchange: exchange.send(snmp_ber.encode(exchange.request._replace(
-        pdu_type=snmp_ber.RESPONSE,
+    return lambda exchange: exchange.send(ber.encode(exchange.request._replace(
+        pdu_type=ber.RESPONSE,
         bindings=[(next_row(asked), parse_value(text)) for asked, _ in exchange.request.bindings])))
 
 
@@ -186,11 +186,11 @@ RULES = {rule.__name__: rule for rule in (
 
 
 def _wrapped(wrap):
-    return lambda exchange: exchange.send(snmp_ber.encode(exchange.answer, wrap))
+    return lambda exchange: exchange.send(ber.encode(exchange.answer, wrap))
 
 
 def _changed(change):
-    return lambda exchange: exchange.send(snmp_ber.encode(change(exchange.answer)))
+    return lambda exchange: exchange.send(ber.encode(change(exchange.answer)))
 
 
 def _each_value(make):

@@ -2,7 +2,7 @@
 
 import socket
 
-import snmp_ber
+from . import ber
 
 
 def exchange(message, address="127.0.0.1", port=161, timeout=1.0):
@@ -12,8 +12,8 @@ def exchange(message, address="127.0.0.1", port=161, timeout=1.0):
         peer.settimeout(timeout)
         try:
             peer.connect((address, port))
-            peer.send(snmp_ber.encode(message))
-            return snmp_ber.decode(peer.recv(65536))
+            peer.send(ber.encode(message))
+            return ber.decode(peer.recv(65536))
         except (OSError, ValueError):
             return None
 
@@ -22,7 +22,7 @@ def walk(top, address="127.0.0.1", port=161, community=b"public"):
     """All objects below `top` (a tuple of arcs), each as (name, Value)."""
     name = top
     while True:
-        answer = exchange(snmp_ber.request(snmp_ber.GET_NEXT, [name], community), address, port)
+        answer = exchange(ber.request(ber.GET_NEXT, [name], community), address, port)
         if answer is None or answer.error_status:
             return
         name, value = answer.bindings[0]

@@ -9,7 +9,7 @@ import struct
 import subprocess
 from pathlib import Path
 
-SIM = Path(__file__).resolve().parent.parent
+from .paths import SCRIPTS
 
 REG_SZ, REG_EXPAND_SZ, REG_BINARY, REG_DWORD, REG_MULTI_SZ, REG_QWORD = 1, 2, 3, 4, 7, 11
 
@@ -17,7 +17,7 @@ REG_SZ, REG_EXPAND_SZ, REG_BINARY, REG_DWORD, REG_MULTI_SZ, REG_QWORD = 1, 2, 3,
 @functools.cache
 def template() -> Path:
     """The prefix that others are cloned from. Clones must lie on the same file system."""
-    return Path(subprocess.run([SIM / "wine-template"], check=True, stdout=subprocess.PIPE, text=True).stdout.strip())
+    return Path(subprocess.run([SCRIPTS / "wine-template"], check=True, stdout=subprocess.PIPE, text=True).stdout.strip())
 
 
 class Prefix:
@@ -26,7 +26,7 @@ class Prefix:
     def __init__(self, folder: Path):
         self.folder = folder
         self._running = False
-        subprocess.run([SIM / "clone-prefix", template(), folder], check=True)
+        subprocess.run([SCRIPTS / "clone-prefix", template(), folder], check=True)
 
     @property
     def drive(self) -> Path:

@@ -1,9 +1,9 @@
 """The way of in-namespace without namespaces: runs a command on this machine's own loopback.
 
-    on-loopback.py COMMAND [ARG...]
-    on-loopback.py --check [PORT...]      for example udp/161 tcp/80
+    on_loopback.py COMMAND [ARG...]
+    on_loopback.py --check [PORT...]      for example udp/161 tcp/80
 
-No right is needed, nothing is mounted, no file of the system is changed. The names of sim/hosts come from a library that
+No right is needed, nothing is mounted, no file of the system is changed. The names of bin/hosts come from a library that
 is loaded into every program (libnss-wrapper). Whatever the command starts ends with it, and with this program, killed
 or not: a second process keeps it, to which orphans fall (PR_SET_CHILD_SUBREAPER), and which learns from the end of a
 pipe that the first one is no more.
@@ -104,7 +104,7 @@ def run(command: list[str]) -> int:
 
 def names() -> str:
     """The names of the world and of this machine, without the comments, which the library does not know."""
-    lines = (SIM / "hosts").read_text(encoding="utf-8").splitlines()
+    lines = (SIM / "bin" / "hosts").read_text(encoding="utf-8").splitlines()
     return "\n".join([line for line in lines if not line.startswith("#")] + [f"127.0.0.1  {socket.gethostname()}", ""])
 
 

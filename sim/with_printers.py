@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 """with_printers.py COMMAND [ARG...]: runs COMMAND in a network of five simulated printers, and passes its exit code on.
-It needs a network of its own (sim/in-namespace), in which it makes more; where none is to be had, it says so on a line that
+It needs a network of its own (sim/bin/in-namespace), in which it makes more; where none is to be had, it says so on a line that
 begins with "SKIPPED HERE: ", and its exit code is 77.
 
 Each printer is an SNMP agent in a network namespace of its own. Printers 1 to 4 share a network with COMMAND (10.9.0.1,
@@ -17,8 +17,8 @@ import sys
 import tempfile
 import time
 
-import snmp_ber
-import snmp_client
+from . import ber
+from . import snmp_client
 
 SYS_NAME = (1, 3, 6, 1, 2, 1, 1, 5, 0)
 HR_DEVICE = "1.3.6.1.2.1.25.3.2.1"
@@ -95,7 +95,7 @@ def main():
             cover("/etc/resolv.conf", folder, "nameserver ::1\n")
             deadline = time.time() + 10
             for address in ("10.9.0.101", "10.9.0.102", "10.9.0.103", "10.9.0.104", "10.9.5.105"):
-                while snmp_client.exchange(snmp_ber.request(snmp_ber.GET, [SYS_NAME]), address, timeout=0.1) is None:
+                while snmp_client.exchange(ber.request(ber.GET, [SYS_NAME]), address, timeout=0.1) is None:
                     if time.time() > deadline:
                         sys.exit(f"with_printers.py: {address} does not answer")
                     time.sleep(0.02)

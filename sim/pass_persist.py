@@ -1,4 +1,4 @@
-"""pass_persist.py TOP DATA_FILE...: answers snmpd's questions about one subtree out of a printer's data files.
+"""python3 -m sim.pass_persist TOP DATA_FILE...: answers snmpd's questions about one subtree out of a printer's data files.
 
 snmpd starts it (pass_persist in snmpd.conf(5)) and speaks with it in lines over its standard input and output; see
 snmp_agent.py. TOP is the subtree's name; an object of a later file takes the place of an earlier one's.
@@ -6,7 +6,7 @@ snmp_agent.py. TOP is the subtree's name; an object of a later file takes the pl
 
 import sys
 
-from mib_file import (COUNTER, COUNTER64, GAUGE, INTEGER, IP_ADDRESS, OBJECT_ID, OCTET_STRING, TIMETICKS, Mib, Value,
+from .mib import (COUNTER, COUNTER64, GAUGE, INTEGER, IP_ADDRESS, OBJECT_ID, OCTET_STRING, TIMETICKS, Mib, Value,
                       format_oid, parse_oid)
 
 TYPE_WORDS = {INTEGER: "integer", COUNTER: "counter", GAUGE: "gauge", TIMETICKS: "timeticks",

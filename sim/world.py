@@ -6,7 +6,7 @@
         result = world.run("-QName", "Office")
         print(result.log_texts)
 
-A World lives in the network that it finds itself in: start Python through sim/in-namespace, so that the printer can listen
+A World lives in the network that it finds itself in: start Python through sim/bin/in-namespace, so that the printer can listen
 on port 161 of the loopback and nothing else is reached.
 """
 
@@ -18,12 +18,12 @@ import time
 from dataclasses import dataclass, field
 from pathlib import Path
 
-from .prefix import SIM, Prefix, template
+from .paths import BUILD, WINDOWS
+from .prefix import Prefix, template
 from .traces import TraceLine, find_crash, parse_debugger_output, parse_log
 
-BUILD = Path(os.environ.get("ZT_BUILD", SIM.parent / "build" / "windows"))
 AGENT = Path(os.environ.get("ZT_EXE", BUILD / "agent" / "ZT.exe"))
-SPOOLER = Path(os.environ.get("ZT_WINSPOOL", BUILD / "sim" / "winspool" / "winspool.drv"))
+SPOOLER = WINDOWS / "winspool" / "winspool.drv"
 
 FLAGS = r"Software\Tressil\ZOLT"
 LOGGER = r"Software\Tressil\Logger\ZOLT"
@@ -85,7 +85,7 @@ class World:
             shutil.copy(file, self.program_folder)
 
     def spooler(self, script: str) -> None:
-        """What the print spooler serves; see sim/winspool."""
+        """What the print spooler serves; see sim/windows/winspool."""
         (self.spool_folder / "winspool.ini").write_text(script, encoding="utf-8")
 
     def flags(self, **values: object) -> None:

@@ -12,8 +12,8 @@ In Python:
 
 By hand, showing each request as it comes, until Ctrl-C:
 
-    python3 sim/report-server/report_server.py --port 8080
-    python3 sim/report-server/report_server.py --port 8443 --tls --answer CheckDate.aspx=my-answer.xml
+    python3 -m sim.report_server --port 8080
+    python3 -m sim.report_server --port 8443 --tls --answer CheckDate.aspx=my-answer.xml
 
 A page is named by the end of its path, so any base path serves ("/web/CheckDate.aspx"). The four pages of the report
 server answer "SUCCESS" until they are told otherwise; other pages are not found. A printer's embedded web server is
@@ -36,8 +36,8 @@ import threading
 import urllib.parse
 from dataclasses import dataclass
 
-import answers
-from show_request import show_request
+from . import answers
+from .show_request import show_request
 
 CERTIFICATE_NAME = "some-other-server.example"
 

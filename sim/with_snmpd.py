@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 """with_snmpd.py [--compare] COMMAND [ARG...]: runs COMMAND beside an SNMP agent on UDP port 161 of 127.0.0.1, in a network
-of its own (sim/in-namespace), and passes its exit code on.
+of its own (sim/bin/in-namespace), and passes its exit code on.
 
 With --compare, every datagram to and from the agent goes through a relay and is then decoded by tshark. COMMAND says on
 lines that begin with "PACKET " which packets it believes to have sent and received; the two must agree, packet by packet.
@@ -18,8 +18,8 @@ import threading
 import time
 import xml.etree.ElementTree as ElementTree
 
-import snmp_ber
-import snmp_client
+from . import ber
+from . import snmp_client
 
 HERE = pathlib.Path(__file__).resolve().parent
 KINDS = {"0": "get-request", "1": "get-next-request", "2": "get-response", "3": "set-request"}
@@ -76,7 +76,7 @@ def start_agent(folder, log, address):
     agent = subprocess.Popen(["snmpd", "-f", "-Lo", "-C", "-c", HERE / "with_snmpd.conf", "-I", "-smux",
                               "-p", f"{folder}/pid", "udp:{}:{}".format(*address)], env=environment, stdout=log, stderr=log)
     deadline = time.time() + 5
-    while snmp_client.exchange(snmp_ber.request(snmp_ber.GET, [SYS_DESCR]), *address, timeout=0.05) is None:
+    while snmp_client.exchange(ber.request(ber.GET, [SYS_DESCR]), *address, timeout=0.05) is None:
         if time.time() > deadline:
             agent.terminate()
             sys.exit("with_snmpd.py: snmpd did not start")

@@ -16,9 +16,10 @@ import os
 import subprocess
 from pathlib import Path
 
-from .world import BUILD, World
+from .paths import WINDOWS
+from .world import World
 
-HANDS = Path(os.environ.get("ZT_UI", BUILD / "sim" / "ui" / "zt-ui.exe"))
+HANDS = WINDOWS / "ui" / "zt-ui.exe"
 
 
 class Display:

@@ -12,8 +12,8 @@ In Python:
 
 By hand, showing each request, until Ctrl-C:
 
-    python3 sim/snmp-agent/hostile.py sim/printers/colour.mib --rule 'prefix 20 @1.3.6.1.2.1.43.5.1.1.17.1'
-    python3 sim/snmp-agent/hostile.py --rules
+    python3 -m sim.hostile sim/printers/colour.mib --rule 'prefix 20 @1.3.6.1.2.1.43.5.1.1.17.1'
+    python3 -m sim.hostile --rules
 
 Whatever no rule is for gets the right answer of an SNMPv1 agent. misbehaviour.py holds the rules.
 """
@@ -29,9 +29,9 @@ import time
 from collections.abc import Callable
 from dataclasses import dataclass
 
-import snmp_ber
-from mib_file import Mib, format_oid, format_value, parse_oid, parse_value
-from misbehaviour import RULES
+from . import ber
+from .mib import Mib, format_oid, format_value, parse_oid, parse_value
+from .misbehaviour import RULES
 
 
 @dataclass
@@ -40,12 +40,12 @@ class Request:
 
     time: float  # seconds, time.monotonic()
     raw: bytes
-    message: snmp_ber.Message | None  # None when it was no SNMP message
+    message: ber.Message | None  # None when it was no SNMP message
 
     @property
     def kind(self):
         """ "get", "get-next", "set"; None when it was no such message."""
-        return snmp_ber.PDU_NAMES.get(self.message.pdu_type) if self.message else None
+        return ber.PDU_NAMES.get(self.message.pdu_type) if self.message else None
 
     @property
     def names(self):
@@ -68,14 +68,14 @@ class Request:
 class Exchange:
     """One request, as a rule gets it."""
 
-    request: snmp_ber.Message
-    answer: snmp_ber.Message  # the right one
+    request: ber.Message
+    answer: ber.Message  # the right one
     count: int  # how often the rule was called before
     send: Callable  # send(data, after=0): a datagram to the asker, at once or after so many seconds
 
     def right(self):
         """The bytes of the right answer."""
-        return snmp_ber.encode(self.answer)
+        return ber.encode(self.answer)
 
 
 class HostileAgent:
@@ -132,7 +132,7 @@ class HostileAgent:
 
     def _receive(self, data, send_now):
         try:
-            message = snmp_ber.decode(data)
+            message = ber.decode(data)
         except ValueError:
             message = None
         request = Request(time.monotonic(), data, message)
@@ -157,29 +157,29 @@ class HostileAgent:
         if rule:
             rule.answer(message, answer, send)
         else:
-            send(snmp_ber.encode(answer))
+            send(ber.encode(answer))
 
 
 def right_answer(mib, request):
     """What an SNMPv1 agent answers: all that was asked for, or the first failure and nothing else (RFC 1157)."""
-    if request.pdu_type == snmp_ber.GET_NEXT:
+    if request.pdu_type == ber.GET_NEXT:
         found = [mib.next(name) for name, _ in request.bindings]
     else:
         found = [(name, held) if (held := mib.get(name)) else None for name, _ in request.bindings]
     if None in found:
-        return _failure(request, snmp_ber.NO_SUCH_NAME, found.index(None))
-    if request.pdu_type == snmp_ber.SET:
+        return _failure(request, ber.NO_SUCH_NAME, found.index(None))
+    if request.pdu_type == ber.SET:
         for index, ((name, new), (_, held)) in enumerate(zip(request.bindings, found)):
             if new.tag != held.tag:
-                return _failure(request, snmp_ber.BAD_VALUE, index)
+                return _failure(request, ber.BAD_VALUE, index)
         for name, new in request.bindings:
             mib.set(name, new)
         found = request.bindings
-    return request._replace(pdu_type=snmp_ber.RESPONSE, error_status=0, error_index=0, bindings=found)
+    return request._replace(pdu_type=ber.RESPONSE, error_status=0, error_index=0, bindings=found)
 
 
 def _failure(request, status, index):
-    return request._replace(pdu_type=snmp_ber.RESPONSE, error_status=status, error_index=index + 1)
+    return request._replace(pdu_type=ber.RESPONSE, error_status=status, error_index=index + 1)
 
 
 class _RuleInUse:
