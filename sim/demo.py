@@ -41,7 +41,7 @@ PnPXID = urn:uuid:4509a320-00a0-008f-00b6-001a2b004711""",
 class Show:
     """The screen: what happens, in plain words, and whether it was what was to be seen."""
 
-    def __init__(self):
+    def __init__(self) -> None:
         self._missed: list[str] = []
 
     def step(self, text: str) -> None:
@@ -156,7 +156,7 @@ def main() -> int:
 
 
 def protect(show: Show, world: World, server: ReportServer) -> None:
-    """The agent's other job: the toner is past its limit, so the user is asked by the sample of the agreement dialog."""
+    """The agent's other job: the toner is past its limit, so the user is asked by the sample agreement dialog."""
     world.install(AGREEMENT)
     hands = Hands(world)
 
@@ -167,7 +167,9 @@ def protect(show: Show, world: World, server: ReportServer) -> None:
 
     posted = len(server.requests)
     result = start(show, world, server, "Product protection", "-SBXOnly", user=disagree)
-    show.expect(pages(server, posted) == ["CheckSBX.aspx", "ConnectorSBX.aspx"], "the server was asked, then sent the report")
+    show.expect(
+        pages(server, posted) == ["CheckSBX.aspx", "ConnectorSBX.aspx"], "the server was asked, then sent the report"
+    )
     report = server.requests[-1].fields.get("data", "")
     show.expect("<SBX>160</SBX>" in report and "<ZOLTAgree>0<" in report, "the report holds toner life and agreement")
     show.expect("4 send sucessfully..." in result.log_texts, '"send sucessfully..."')

@@ -76,12 +76,16 @@ def main() -> int:
         road = Road(show, world, server)
 
         show.step(f"A printer whose protection is off, of country 52: {UNPROTECTED.name}")
-        show.block("Its toner life is past the limit that the report server will tell, so the user is asked whether it is\n"
-                   "to protect itself.")
+        show.block(
+            "Its toner life is past the limit that the report server will tell, so the user is asked whether it is\n"
+            "to protect itself."
+        )
         with start_agent(UNPROTECTED):
             road.start("The user agrees", AGREE)
             show.expect(road.pages == [CHECK], "the server was asked for the model's limits, and sent no report")
-            show.expect([line.endswith("countryIs52 1 -> 1") for line in road.asked] == [True], "the user was asked once")
+            show.expect(
+                [line.endswith("countryIs52 1 -> 1") for line in road.asked] == [True], "the user was asked once"
+            )
             show.expect(road.jobs == [PROTECT + "ON\r\n"], "the printer was told to protect itself")
 
         world.settings_file.unlink(missing_ok=True)

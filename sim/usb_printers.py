@@ -84,7 +84,8 @@ class UsbPrinters:
     def _register(prefix: Prefix, name: str, port: int | None) -> None:
         instance = "USB\\" + name.replace("#", "\\")
         prefix.set_registry(
-            rf"{CONTROL_SET}\Enum\{instance}", {"ClassGUID": DEVICE_CLASS, "Class": "Printer", "DeviceDesc": "USB printer"}
+            rf"{CONTROL_SET}\Enum\{instance}",
+            {"ClassGUID": DEVICE_CLASS, "Class": "Printer", "DeviceDesc": "USB printer"},
         )
         interface = rf"{CONTROL_SET}\Control\DeviceClasses\{INTERFACE_CLASS}\##?#USB#{name}#{INTERFACE_CLASS}"
         prefix.set_registry(interface, {"DeviceInstance": instance})
@@ -95,9 +96,8 @@ class UsbPrinters:
 
 if __name__ == "__main__":
     if len(sys.argv) != 3:
-        sys.exit(f"usage: python3 -m sim.usb_printers PREFIX SCRIPT")
-    target = Prefix.__new__(Prefix)
-    target.folder = Path(sys.argv[1])
-    if not (target.folder / "system.reg").is_file():
-        sys.exit(f"{target.folder} is no Wine prefix")
-    UsbPrinters(target, Path(sys.argv[2]).read_text(encoding="latin-1"))
+        sys.exit("usage: python3 -m sim.usb_printers PREFIX SCRIPT")
+    folder = Path(sys.argv[1])
+    if not (folder / "system.reg").is_file():
+        sys.exit(f"{folder} is no Wine prefix")
+    UsbPrinters(Prefix(folder), Path(sys.argv[2]).read_text(encoding="latin-1"))

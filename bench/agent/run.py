@@ -2,9 +2,9 @@
 
     cmake --build --preset windows && sim/bin/in-namespace python3 -m bench.agent.run
 
-The floor is a minimal Windows program in the same world that makes as many bare UDP round trips to the same SNMP agent as the
-run makes SNMP exchanges. Times are of whole processes, start and end included; medians of RUNS runs, taken in turn. Last
-comes the peak memory of runs whose printer delivers the worst documents of the longest length that is taken.
+The floor is a minimal Windows program in the same world that makes as many bare UDP round trips to the same SNMP agent
+as the run makes SNMP exchanges. Times are of whole processes, start and end included; medians of RUNS runs, taken in
+turn. Last comes the peak memory of runs whose printer delivers the worst documents of the longest length that is taken.
 """
 
 import statistics
@@ -92,7 +92,9 @@ def print_peaks_with_documents() -> None:
 
 
 def main() -> None:
-    listing = subprocess.run(["x86_64-w64-mingw32-objdump", "-p", AGENT], capture_output=True, text=True, check=True).stdout
+    listing = subprocess.run(
+        ["x86_64-w64-mingw32-objdump", "-p", AGENT], capture_output=True, text=True, check=True
+    ).stdout
     libraries = [line.split(":")[1].strip() for line in listing.splitlines() if "DLL Name:" in line]
     print(f"size of ZT.exe          {AGENT.stat().st_size} bytes")
     print(f"imported libraries      {', '.join(libraries)}")
@@ -108,7 +110,7 @@ def main() -> None:
                 f"floor, {exchanges} round trips": ("udp_floor.exe", str(exchanges)),
                 "floor, no round trip": ("udp_floor.exe", "0"),
             }
-            times = {name: [] for name in commands}
+            times: dict[str, list[float]] = {name: [] for name in commands}
             for _ in range(RUNS):
                 for name, command in commands.items():
                     times[name].append(seconds_of(world, *command) * 1000)
