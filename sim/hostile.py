@@ -228,7 +228,7 @@ def main() -> None:
     signal.signal(signal.SIGTERM, signal.default_int_handler)  # ends as cleanly as by Ctrl-C
     if options.rules:
         for name, make in RULES.items():
-            print(f"{name}{inspect.signature(make)}\n    " + " ".join(make.__doc__.split()))
+            print(f"{name}{_arguments_of(make)}\n    " + " ".join(make.__doc__.split()))
         return
     if not options.data_file:
         parser.error("a data file is needed")
@@ -261,7 +261,11 @@ def parse_rule(text: str) -> tuple[Rule, str]:
     try:
         return RULES[name](*map(_argument, words)), top
     except TypeError:
-        raise ValueError(f"wrong arguments: {text!r}, {name}{inspect.signature(RULES[name])}") from None
+        raise ValueError(f"wrong arguments: {text!r}, {name}{_arguments_of(RULES[name])}") from None
+
+
+def _arguments_of(make: Callable[..., Rule]) -> inspect.Signature:
+    return inspect.signature(make).replace(return_annotation=inspect.Signature.empty)
 
 
 def _argument(word: str) -> int | str:
