@@ -1,5 +1,5 @@
-"""The office that the end-to-end tests work in: a Windows with a queue on a TCP/IP port, a printer, a report server, and
-runs of the agent against them.
+"""The office that the end-to-end tests work in: a Windows with a queue on a TCP/IP port, a printer, a report server,
+and runs of the agent against them.
 
 Start the tests of a file through sim/bin/in-namespace, in the repository's folder:
 
@@ -31,7 +31,8 @@ def history(**keys: str) -> str:
 
 
 def skip_without_own_network(name: str, reason: str) -> None:
-    """Skips what needs more than a loopback, where no network of its own is to be had; ./test.sh lists what was skipped."""
+    """Skips what needs more than a loopback, where no network of its own is to be had; ./test.sh lists what was
+    skipped."""
     if os.environ.get("ZT_WORLD") == "loopback":
         print(f"SKIPPED HERE: {name}: {reason}", flush=True)
         raise unittest.SkipTest(reason)
@@ -74,7 +75,8 @@ class OfficeTestCase(unittest.TestCase):
         r"""Replaces the values under HKEY_LOCAL_MACHINE\key while Windows runs."""
         lines = [f"[-HKEY_LOCAL_MACHINE\\{key}]", f"[HKEY_LOCAL_MACHINE\\{key}]"]
         lines += [f'"{name}"={reg_text(value)}' for name, value in values.items()]
-        (self.world.prefix.drive / "values.reg").write_text("\r\n".join(["Windows Registry Editor Version 5.00", "", *lines, ""]), encoding="utf-16")
+        text = "\r\n".join(["Windows Registry Editor Version 5.00", "", *lines, ""])
+        (self.world.prefix.drive / "values.reg").write_text(text, encoding="utf-16")
         self.wine("reg", "import", r"C:\values.reg")
 
     def wine(self, *command: str) -> None:

@@ -44,10 +44,9 @@ def run(*command, **options):
 def run_example(folder, arguments, world=WITH_SNMPD):
     program = folder / arguments[0]
     if program.with_suffix(".exe").exists():
-        return subprocess.run([ROOT / "sim/bin/wine-run", program.with_suffix(".exe"), *arguments[1:]], cwd=ROOT,
+        return subprocess.run([ROOT / "sim/bin/wine-run", program.with_suffix(".exe"), *arguments[1:]],
                               env={**os.environ, "WINE_RUN_INSIDE": " ".join(world)}, capture_output=True, text=True)
-    return subprocess.run([ROOT / "sim/bin/in-namespace", *world, program, *arguments[1:]], cwd=ROOT, capture_output=True,
-                          text=True)
+    return subprocess.run([ROOT / "sim/bin/in-namespace", *world, program, *arguments[1:]], capture_output=True, text=True)
 
 
 def failures_of(runs, form, folder, prefix):
@@ -107,6 +106,7 @@ def main():
     build_tree, compiler, nm, cmake_arguments = pathlib.Path(sys.argv[1]), sys.argv[2], sys.argv[3], sys.argv[4:]
     flags = [flag for argument in cmake_arguments if "_FLAGS=" in argument for flag in argument.split("=", 1)[1].split()]
     failures = 0
+    os.chdir(ROOT)  # where Python finds the package sim
     with tempfile.TemporaryDirectory() as temporary:
         work = pathlib.Path(temporary)
         prefix = work / "installed"
