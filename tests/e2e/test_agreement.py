@@ -1,4 +1,4 @@
-"""The sample agreement dialog: its languages, its answers by mouse and keyboard, its size on a display of high density."""
+"""The sample agreement dialog: its languages, its answers by mouse and keyboard, its size on a dense display."""
 
 import os
 import shutil
