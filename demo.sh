@@ -25,9 +25,9 @@ case ${1:-} in
 esac
 tools/check-room.sh . 1000 "the agent and a Windows to show it in"
 tools/install-packages.sh "${sets[@]}"
-ZT_WORLD=$(sim/in-namespace --which)
+ZT_WORLD=$(sim/bin/in-namespace --which)
 export ZT_WORLD
-[ "${1:-}" = --virtual ] || sim/in-namespace --check "${ports[@]}"
+[ "${1:-}" = --virtual ] || sim/bin/in-namespace --check "${ports[@]}"
 tools/fetch-tinyxml2.sh
 
 say "The agent, built into dist/"
@@ -36,9 +36,9 @@ rm -rf dist
 cmake --install build/windows >/dev/null
 ls -l dist/bin/ZT.exe
 
-world=(sim/in-namespace)
+world=(sim/bin/in-namespace)
 [ "${1:-}" != --virtual ] || world=()
 if [ "${1:-}" = --protection ]; then
-  exec "${world[@]}" python3 sim/demo_protection.py
+  exec "${world[@]}" python3 -m sim.demo_protection
 fi
-exec "${world[@]}" python3 sim/demo.py "$@"
+exec "${world[@]}" python3 -m sim.demo "$@"

@@ -12,9 +12,9 @@ say() { printf '\n== %s\n' "$*"; }
 say "What it takes"
 tools/check-room.sh . 2000 "two builds and the tests"
 tools/install-packages.sh build world printer test
-ZT_WORLD=$(sim/in-namespace --which)
+ZT_WORLD=$(sim/bin/in-namespace --which)
 export ZT_WORLD
-sim/in-namespace --check udp/161 tcp/80 tcp/443 tcp/8080
+sim/bin/in-namespace --check udp/161 tcp/80 tcp/443 tcp/8080
 tools/fetch-tinyxml2.sh
 
 say "Format"

@@ -3,55 +3,45 @@
 import argparse
 import sys
 from collections.abc import Callable
-from pathlib import Path
 
-SIM = Path(__file__).resolve().parent
-sys.path[:0] = [str(SIM), str(SIM / "snmp-agent"), str(SIM / "report-server"), str(SIM / "usb")]
-
-from mib_file import format_oid, format_value, parse_oid  # noqa: E402
-from report_server import ReportServer  # noqa: E402
-from show_request import show_request  # noqa: E402
-from snmp_agent import start_agent  # noqa: E402
-from snmp_client import walk  # noqa: E402
-from usb_printers import UsbPrinters  # noqa: E402
-from ztsim.desktop import Hands  # noqa: E402
-from ztsim.world import BUILD, Result, World  # noqa: E402
+from .desktop import Hands
+from .mib import format_oid, format_value, parse_oid
+from .paths import BUILD, PRINTERS, WINDOWS
+from .queues import queue_script
+from .report_server import ReportServer
+from .show_request import show_request
+from .snmp_agent import start_agent
+from .snmp_client import walk
+from .usb_printers import UsbPrinters
+from .world import Result, World
 
 QUEUE = "Office colour printer"
-PRINTER = SIM / "printers" / "colour.mib"
-USB_PRINTER = SIM / "usb" / "colour.ini"
+PRINTER = PRINTERS / "colour.mib"
+USB_PRINTER = PRINTERS / "colour.ini"
 AGREEMENT = BUILD / "agreement-sample" / "UA.dll"
 DIALOG = "Product protection"
-DISCOVERY = BUILD / "sim" / "function-discovery" / "function-discovery.dll"
+DISCOVERY = WINDOWS / "function-discovery" / "function-discovery.dll"
 DISCOVERED = "urn:uuid:4509a320-00a0-008f-00b6-001a2b004711 = string 127.0.0.1\n"
 
-# The queue's port, by the road that leads to the printer.
-PORTS = {
-    "tcp": """[port IP_127.0.0.1]
-monitor = TCPMON.DLL
-address = 127.0.0.1
-""",
-    "usb": """[port USB001]
-monitor = USB Monitor
-""",
-    "wsd": r"""[port WSD-4509a320]
-monitor = WSD Port
-DeviceID = UMB\UMB\1&2b6e1c5a&0&0002
-PnPXID = urn:uuid:4509a320-00a0-008f-00b6-001a2b004711
-""",
+# The spooler's script, by the road that leads to the printer.
+ROADS = {
+    "tcp": queue_script(QUEUE, port="IP_127.0.0.1"),
+    "usb": queue_script(QUEUE, port="USB001", monitor="USB Monitor", address=None),
+    "wsd": queue_script(
+        QUEUE,
+        port="WSD-4509a320",
+        monitor="WSD Port",
+        address=None,
+        more_of_port=r"""DeviceID = UMB\UMB\1&2b6e1c5a&0&0002
+PnPXID = urn:uuid:4509a320-00a0-008f-00b6-001a2b004711""",
+    ),
 }
-
-
-def spooler_script(road: str) -> str:
-    port = PORTS[road]
-    name = port[len("[port ") : port.index("]")]
-    return f"[queue {QUEUE}]\ndriver = Velnora RV-2160 PCL\nport = {name}\njobs = 0\n\n{port}"
 
 
 class Show:
     """The screen: what happens, in plain words, and whether it was what was to be seen."""
 
-    def __init__(self):
+    def __init__(self) -> None:
         self._missed: list[str] = []
 
     def step(self, text: str) -> None:
@@ -145,8 +135,8 @@ def main() -> int:
 
     with World() as world, ReportServer() as server:
         show.step("The print spooler")
-        show.block(spooler_script(road))
-        world.spooler(spooler_script(road))
+        show.block(ROADS[road])
+        world.spooler(ROADS[road])
         world.log_to(4)
         world.flags(URL=server.url, VirtualTest=int(options.virtual))
         show.step(f"The report server: {server.url}")
@@ -166,7 +156,7 @@ def main() -> int:
 
 
 def protect(show: Show, world: World, server: ReportServer) -> None:
-    """The agent's other job: the toner is past its limit, so the user is asked by the sample of the agreement dialog."""
+    """The agent's other job: the toner is past its limit, so the user is asked by the sample agreement dialog."""
     world.install(AGREEMENT)
     hands = Hands(world)
 
@@ -177,7 +167,9 @@ def protect(show: Show, world: World, server: ReportServer) -> None:
 
     posted = len(server.requests)
     result = start(show, world, server, "Product protection", "-SBXOnly", user=disagree)
-    show.expect(pages(server, posted) == ["CheckSBX.aspx", "ConnectorSBX.aspx"], "the server was asked, then sent the report")
+    show.expect(
+        pages(server, posted) == ["CheckSBX.aspx", "ConnectorSBX.aspx"], "the server was asked, then sent the report"
+    )
     report = server.requests[-1].fields.get("data", "")
     show.expect("<SBX>160</SBX>" in report and "<ZOLTAgree>0<" in report, "the report holds toner life and agreement")
     show.expect("4 send sucessfully..." in result.log_texts, '"send sucessfully..."')

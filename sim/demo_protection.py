@@ -2,14 +2,16 @@
 
 import sys
 
-from demo import PRINTER, QUEUE, SIM, ReportServer, Result, Show, World, pages, show_request, spooler_script, start_agent
+from . import answers
+from .agreement import ScriptedAgreement
+from .demo import PRINTER, QUEUE, ROADS, Show, pages
+from .paths import PRINTERS
+from .report_server import ReportServer
+from .show_request import show_request
+from .snmp_agent import start_agent
+from .world import Result, World
 
-sys.path.insert(0, str(SIM / "agreement"))
-
-import answers  # noqa: E402
-from scripted_agreement import ScriptedAgreement  # noqa: E402
-
-UNPROTECTED = SIM / "printers" / "extended.mib"
+UNPROTECTED = PRINTERS / "extended.mib"
 AGREE, DISAGREE = 1, 2
 CHECK, POST = "CheckSBX.aspx", "ConnectorSBX.aspx"
 ANSWERS = {AGREE: "agrees", DISAGREE: "disagrees"}
@@ -68,18 +70,22 @@ class Road:
 def main() -> int:
     show = Show()
     with World() as world, ReportServer() as server:
-        world.spooler(spooler_script("tcp"))
+        world.spooler(ROADS["tcp"])
         world.log_to(4)
         world.flags(URL=server.url)
         road = Road(show, world, server)
 
         show.step(f"A printer whose protection is off, of country 52: {UNPROTECTED.name}")
-        show.block("Its toner life is past the limit that the report server will tell, so the user is asked whether it is\n"
-                   "to protect itself.")
+        show.block(
+            "Its toner life is past the limit that the report server will tell, so the user is asked whether it is\n"
+            "to protect itself."
+        )
         with start_agent(UNPROTECTED):
             road.start("The user agrees", AGREE)
             show.expect(road.pages == [CHECK], "the server was asked for the model's limits, and sent no report")
-            show.expect([line.endswith("countryIs52 1 -> 1") for line in road.asked] == [True], "the user was asked once")
+            show.expect(
+                [line.endswith("countryIs52 1 -> 1") for line in road.asked] == [True], "the user was asked once"
+            )
             show.expect(road.jobs == [PROTECT + "ON\r\n"], "the printer was told to protect itself")
 
         world.settings_file.unlink(missing_ok=True)

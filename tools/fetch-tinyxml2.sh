@@ -14,6 +14,7 @@ mkdir -p "$private/lists/partial" "$private/download"
 # apt drops to the user _apt for downloads where it can; these folders belong to whoever builds.
 apt_private=(-o Dir::Etc::SourceList="$PWD/$private/sources.list" -o Dir::Etc::SourceParts=- -o Dir::State::Lists="$PWD/$private/lists" -o APT::Sandbox::User="$(id -un)" -o Dir::Cache="$PWD/$private" -o Debug::NoLocking=1)
 keyring=/usr/share/keyrings/debian-archive-keyring.gpg
+# shellcheck disable=SC2016 # filled in by apt-get
 apt-get indextargets --format '$(REPO_URI) $(CODENAME) $(COMPONENT)' 'Created-By: Packages' 'Origin: Debian' |
   awk '$3 == "main"' | sort -u | sed "s|^|deb-src [signed-by=$keyring] |" > "$private/sources.list"
 mkdir -p "$private/archives/partial"

@@ -13,10 +13,10 @@ declare -A sets=(
   [printer]="snmpd"
   # the native build, and what judges it: format, an independent decoder, the fuzzers, windows on a screen, programs that
   # link the SNMP library
-  [test]="git g++ clang-format libtinyxml2-dev googletest openssl tshark clang libclang-rt-14-dev xxd xvfb xdotool imagemagick pkg-config"
+  [test]="git g++ clang-format black flake8 shellcheck libtinyxml2-dev googletest openssl tshark clang libclang-rt-14-dev xxd xvfb xdotool imagemagick pkg-config"
 )
 # What lays the world's network out, by the way that this machine allows.
-case $(sim/in-namespace --which) in
+case $(sim/bin/in-namespace --which) in
   loopback) sets[world]+=" libnss-wrapper" ;;
   *) sets[world]+=" iproute2" ;;
 esac

@@ -1,10 +1,10 @@
 """The figures of the agent: size, imported libraries, peak memory, and the time of a run beside its floor.
 
-    cmake --build --preset windows && sim/in-namespace python3 bench/agent/run.py
+    cmake --build --preset windows && sim/bin/in-namespace python3 -m bench.agent.run
 
-The floor is a minimal Windows program in the same world that makes as many bare UDP round trips to the same SNMP agent as the
-run makes SNMP exchanges. Times are of whole processes, start and end included; medians of RUNS runs, taken in turn. Last
-comes the peak memory of runs whose printer delivers the worst documents of the longest length that is taken.
+The floor is a minimal Windows program in the same world that makes as many bare UDP round trips to the same SNMP agent
+as the run makes SNMP exchanges. Times are of whole processes, start and end included; medians of RUNS runs, taken in
+turn. Last comes the peak memory of runs whose printer delivers the worst documents of the longest length that is taken.
 """
 
 import statistics
@@ -13,34 +13,24 @@ import sys
 import time
 from pathlib import Path
 
-ROOT = Path(__file__).resolve().parent.parent.parent
-SIM = ROOT / "sim"
-sys.path[:0] = [str(folder) for folder in (SIM, SIM / "snmp-agent", SIM / "report-server", SIM / "usb")]
-
-import answers  # noqa: E402
-from hostile import HostileAgent  # noqa: E402
-from report_server import ReportServer  # noqa: E402
-from snmp_agent import start_agent  # noqa: E402
-from usb_printers import UsbPrinters  # noqa: E402
-from ztsim.world import AGENT, BUILD, World  # noqa: E402
+from sim import answers
+from sim.hostile import HostileAgent
+from sim.paths import BUILD, PRINTERS
+from sim.queues import QUEUE, queue_script
+from sim.report_server import ReportServer
+from sim.snmp_agent import start_agent
+from sim.usb_printers import UsbPrinters
+from sim.world import AGENT, World
 
 RUNS = 31
-PRINTER = SIM / "printers" / "colour.mib"
-DOCUMENT_PRINTER = SIM / "printers" / "rds.mib"
+PRINTER = PRINTERS / "colour.mib"
+DOCUMENT_PRINTER = PRINTERS / "rds.mib"
 LONGEST_DOCUMENT = 1024 * 1024
 DOCUMENTS = {  # what stands around the elements, and how one of them looks
     "elements, 90 deep": ("<a>" * 90, "<a/>", "</a>" * 90),
     "most nodes": ("", "x<!>", ""),
     "most findings": ("", "x<!><Toner/>", ""),
 }
-SPOOLER = """[queue Office]
-driver = Velnora RV-2160 PCL
-port = IP_127.0.0.1
-
-[port IP_127.0.0.1]
-monitor = TCPMON.DLL
-address = 127.0.0.1
-"""
 USB_PRINTER = r"""[printer VID_1A2B&PID_0001#SN0001]
 port = 1
 id = text MFG:Velnora;MDL:Velnora RV-2160;CMD:ZOLT,FWV,RDS;
@@ -75,7 +65,7 @@ def peak_of(world: World, program: str, *arguments: str) -> float:
 
 def count_exchanges(world: World) -> int:
     with HostileAgent(PRINTER) as printer:
-        world.run("-QName", "Office")
+        world.run("-QName", QUEUE)
         return len(printer.requests)
 
 
@@ -90,35 +80,37 @@ def print_peaks_with_documents() -> None:
     with World() as world, ReportServer() as server, ReportServer(port=80) as web, start_agent(DOCUMENT_PRINTER):
         usb = UsbPrinters(world.prefix, USB_PRINTER)
         world.flags(URL=server.url, DontCheckSkip=1)
-        usb_port = SPOOLER.replace("IP_127.0.0.1", "USB001").replace("address = 127.0.0.1", "")
-        for road, script in ("HTTP", SPOOLER), ("USB", usb_port):
+        usb_queue = queue_script(port="USB001", monitor="USB Monitor", address=None)
+        for road, script in ("HTTP", queue_script()), ("USB", usb_queue):
             world.spooler(script)
             for name, document in documents.items():
                 web.answer("rds/rds.xml", answers.Answer(document))
                 usb.document(document.encode())
                 server.requests.clear()
-                peak = max(peak_of(world, "ZT.exe", "-QName", "Office") for _ in range(3))
+                peak = max(peak_of(world, "ZT.exe", "-QName", QUEUE) for _ in range(3))
                 print(f"{road}, {name:<20} peak {peak:.1f} MiB; reports posted {len(server.requests)} in 3 runs")
 
 
 def main() -> None:
-    listing = subprocess.run(["x86_64-w64-mingw32-objdump", "-p", AGENT], capture_output=True, text=True, check=True).stdout
+    listing = subprocess.run(
+        ["x86_64-w64-mingw32-objdump", "-p", AGENT], capture_output=True, text=True, check=True
+    ).stdout
     libraries = [line.split(":")[1].strip() for line in listing.splitlines() if "DLL Name:" in line]
     print(f"size of ZT.exe          {AGENT.stat().st_size} bytes")
     print(f"imported libraries      {', '.join(libraries)}")
 
     with World() as world, ReportServer() as server:
-        world.spooler(SPOOLER)
+        world.spooler(queue_script())
         world.flags(URL=server.url, DontCheckSkip=1)
         world.install(BUILD / "bench" / "agent" / "udp_floor.exe")
         exchanges = count_exchanges(world)
         with start_agent(PRINTER):
             commands = {
-                "full run": ("ZT.exe", "-QName", "Office"),
+                "full run": ("ZT.exe", "-QName", QUEUE),
                 f"floor, {exchanges} round trips": ("udp_floor.exe", str(exchanges)),
                 "floor, no round trip": ("udp_floor.exe", "0"),
             }
-            times = {name: [] for name in commands}
+            times: dict[str, list[float]] = {name: [] for name in commands}
             for _ in range(RUNS):
                 for name, command in commands.items():
                     times[name].append(seconds_of(world, *command) * 1000)

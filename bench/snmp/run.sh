@@ -21,7 +21,7 @@ if [ "${1:-}" != inside ]; then
   done
   echo "== times in memory"
   "$build/bench_time" --benchmark_repetitions=5 --benchmark_report_aggregates_only=true 2>/dev/null | grep -E 'median|CPU'
-  exec "$root/sim/in-namespace" "$here/run.sh" inside
+  exec "$root/sim/bin/in-namespace" "$here/run.sh" inside
 fi
 
 folder=$(mktemp -d)

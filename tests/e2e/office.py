@@ -1,61 +1,28 @@
-"""The office that the end-to-end tests work in: a Windows with a queue on a TCP/IP port, a printer, a report server, and
-runs of the agent against them.
+"""The office that the end-to-end tests work in: a Windows with a queue on a TCP/IP port, a printer, a report server,
+and runs of the agent against them.
 
-Start the tests of a file through sim/in-namespace, in this folder:
+Start the tests of a file through sim/bin/in-namespace, in the repository's folder:
 
-    ../../sim/in-namespace python3 -m unittest -v test_entry
+    sim/bin/in-namespace python3 -m unittest -v tests.e2e.test_entry
 """
 
 import os
 import subprocess
-import sys
 import unittest
 from pathlib import Path
 
+from sim.hostile import HostileAgent
+from sim.holder import Holder
+from sim.paths import PRINTERS
+from sim.prefix import reg_text
+from sim.queues import QUEUE, queue_script
+from sim.report_server import ReportServer
+from sim.snmp_agent import start_agent
+from sim.world import FLAGS, Result, Run, World
+
 HERE = Path(__file__).resolve().parent
-SIM = HERE.parents[1] / "sim"
-PRINTERS = SIM / "printers"
-sys.path[:0] = [str(folder) for folder in (SIM, SIM / "agreement", SIM / "snmp-agent", SIM / "report-server")]
-
-import answers  # noqa: E402
-import misbehaviour as rule  # noqa: E402, F401
-from answers import Gate  # noqa: E402, F401
-from hostile import HostileAgent  # noqa: E402
-from report_server import ReportServer  # noqa: E402
-from snmp_agent import start_agent  # noqa: E402
-from ztsim.holder import Holder  # noqa: E402
-from ztsim.prefix import reg_text  # noqa: E402
-from ztsim.world import BUILD, FLAGS, Result, Run, World  # noqa: E402
-
-QUEUE = "Office"
-DRIVER = "Velnora RV-2160 PCL"
-PRINTER = "127.0.0.1"
 SERVER_PORT = 8080
 SERVER_URL = f"http://127.0.0.1:{SERVER_PORT}/web/"
-
-
-def queue_script(
-    name: str = QUEUE,
-    driver: str = DRIVER,
-    port: str = "IP_OFFICE",
-    jobs: str = "0",
-    address: str = PRINTER,
-    more_of_queue: str = "",
-    more_of_port: str = "",
-) -> str:
-    """A spooler script with one queue on a standard TCP/IP port."""
-    return f"""
-[queue {name}]
-driver = {driver}
-port = {port}
-jobs = {jobs}
-{more_of_queue}
-
-[port {port}]
-monitor = TCPMON.DLL
-address = {address}
-{more_of_port}
-"""
 
 
 def golden(name: str) -> str:
@@ -69,7 +36,8 @@ def history(**keys: str) -> str:
 
 
 def skip_without_own_network(name: str, reason: str) -> None:
-    """Skips what needs more than a loopback, where no network of its own is to be had; ./test.sh lists what was skipped."""
+    """Skips what needs more than a loopback, where no network of its own is to be had; ./test.sh lists what was
+    skipped."""
     if os.environ.get("ZT_WORLD") == "loopback":
         print(f"SKIPPED HERE: {name}: {reason}", flush=True)
         raise unittest.SkipTest(reason)

@@ -1,12 +1,16 @@
-"""The sample agreement dialog: its languages, its answers by mouse and keyboard, and its size on a display of high density."""
+"""The sample agreement dialog: its languages, its answers by mouse and keyboard, its size on a dense display."""
 
 import os
 import shutil
 import subprocess
 import unittest
 
-from office import BUILD, OfficeTestCase, Run, queue_script
-from ztsim.desktop import Display, Hands
+from sim.desktop import Display, Hands
+from sim.paths import BUILD
+from sim.queues import queue_script
+from sim.world import Run
+
+from .office import OfficeTestCase
 
 SAMPLE = BUILD / "agreement-sample" / "UA.dll"
 POST = "ConnectorSBX.aspx"

@@ -4,8 +4,12 @@ import shutil
 import subprocess
 import unittest
 
-from office import QUEUE, Gate, OfficeTestCase, answers, queue_script
-from ztsim.world import AGREEMENT
+from sim import answers
+from sim.answers import Gate
+from sim.queues import QUEUE, queue_script
+from sim.world import AGREEMENT
+
+from .office import OfficeTestCase
 
 SENT = "4 send sucessfully..."
 
@@ -54,7 +58,7 @@ class EntryTest(OfficeTestCase):
         with self.hold("file", r"C:\ProgramData\Velnora\Printer\ZT.ini"):
             self.assert_ends_with(self.run_agent("-SBXPlus"), "4 not enough permission! bye~ ZT", marker=False)
         self.assertEqual(self.world.settings, "text")
-        # Nor does a run begin whose history could not be kept: a folder has the file's name, or a file that of its folder.
+        # Nor does a run begin whose history could not be kept: a folder has the file's name, or a file the folder's.
         self.forget()
         self.world.settings_file.mkdir()
         self.assert_ends_with(self.run_agent(), "4 not enough permission! bye~ ZT", marker=False)

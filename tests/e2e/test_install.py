@@ -1,11 +1,13 @@
-"""Install and uninstall: the settings file that every user may write, and the entry of the browser's elevation policy."""
+"""Install and uninstall: the settings file that every user may write, the entry of the browser's elevation policy."""
 
 import unittest
 
-from office import BUILD, OfficeTestCase, history
-from ztsim.world import Result
+from sim.paths import WINDOWS
+from sim.world import Result
 
-ACCESS = BUILD / "tests" / "e2e" / "zt-access.exe"
+from .office import OfficeTestCase, history
+
+ACCESS = WINDOWS / "access" / "zt-access.exe"
 # All but what is the owner's alone (1f01ff on Windows): Wine keeps the permission bits of Unix.
 EVERYONE_FULL = "allow S-1-1-0 1301ff"
 INSTANCE = r"Global\{758F66C0-4B4C-4c4a-81F9-D289C5CCE8E5}"

@@ -1,21 +1,16 @@
-"""Ports and the ways from them to a printer; printers that answer wrongly, or not at all: a clean end within bounded time,
-its line, and the history kept. What becomes of each value that is missing or odd is tested where it is read."""
+"""Ports and the ways from them to a printer; printers that answer wrongly, or not at all: a clean end within bounded
+time, its line, and the history kept. What becomes of each value that is missing or odd is tested where it is read."""
 
 import socket
 import subprocess
 import unittest
 
-from office import (
-    BUILD,
-    PRINTERS,
-    OfficeTestCase,
-    answers,
-    golden,
-    history,
-    queue_script,
-    rule,
-    skip_without_own_network,
-)
+from sim import answers
+from sim import misbehaviour as rule
+from sim.paths import PRINTERS, WINDOWS
+from sim.queues import queue_script
+
+from .office import OfficeTestCase, golden, history, skip_without_own_network
 
 USAGE = (PRINTERS / "rds.xml").read_text(encoding="utf-8")  # the document that some printers serve themselves
 SERIAL = "1.3.6.1.2.1.43.5.1.1.17.1"
@@ -44,9 +39,9 @@ class PrinterTest(OfficeTestCase):
         self.assertEqual(self.server.requests[-1].fields["data"], golden("colour"))
 
     def test_wsd_port(self):
-        port = "[port WSD-1]\nmonitor = WSD Port\nDeviceID = UMB\\UMB\\1&2b6e1c5a&0&0002\nPnPXID = urn:uuid:1\n"
-        self.world.spooler("[queue Office]\ndriver = Velnora RV-2160 PCL\nport = WSD-1\njobs = 0\n" + port)
-        dll = BUILD / "sim" / "function-discovery" / "function-discovery.dll"
+        device = "DeviceID = UMB\\UMB\\1&2b6e1c5a&0&0002\nPnPXID = urn:uuid:1"
+        self.world.spooler(queue_script(port="WSD-1", monitor="WSD Port", address=None, more_of_port=device))
+        dll = WINDOWS / "function-discovery" / "function-discovery.dll"
         self.world.install(dll)
         (self.world.program_folder / "function-discovery.ini").write_text("urn:uuid:1 = string printer.example\n")
         self.wine("regsvr32", "/s", rf"C:\agent\{dll.name}")

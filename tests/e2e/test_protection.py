@@ -1,17 +1,18 @@
-"""The road of product protection: the printer's state and toner life are read, the server asked for the limits, the user
-asked for the agreement, the printer switched, the document posted."""
+"""The road of product protection: the printer's state and toner life are read, the server asked for the limits, the
+user asked for the agreement, the printer switched, the document posted."""
 
-import sys
 import unittest
 
-from office import PRINTERS, SIM, Gate, OfficeTestCase, answers, golden, history, queue_script
-from ztsim.desktop import Hands
-from ztsim.world import AGREEMENT, Result
+from sim import answers
+from sim.agreement import ScriptedAgreement
+from sim.answers import Gate
+from sim.desktop import Hands
+from sim.paths import PRINTERS
+from sim.queues import queue_script
+from sim.usb_printers import UsbPrinters
+from sim.world import AGREEMENT, Result
 
-sys.path.insert(0, str(SIM / "usb"))
-
-from scripted_agreement import ScriptedAgreement  # noqa: E402
-from usb_printers import UsbPrinters  # noqa: E402
+from .office import OfficeTestCase, golden, history
 
 AGREE, DISAGREE = 1, 2
 ON = b"@PJL DEFAULT PROTECT_FROM_OVERRUN_CONSUMABLES=ON\r\n"

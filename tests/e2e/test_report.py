@@ -2,8 +2,12 @@
 
 import unittest
 
-from office import PRINTERS, QUEUE, OfficeTestCase, answers, golden, history, queue_script
-from ztsim.desktop import Hands
+from sim import answers
+from sim.desktop import Hands
+from sim.paths import PRINTERS
+from sim.queues import QUEUE, queue_script
+
+from .office import OfficeTestCase, golden, history
 
 SENT = "4 send sucessfully..."
 NO_COVERAGE = "/warning:no averageareacoverage or Not Support"

@@ -3,8 +3,10 @@
 import gzip
 import unittest
 
-from office import OfficeTestCase, answers
-from ztsim.prefix import REG_BINARY, REG_EXPAND_SZ
+from sim import answers
+from sim.prefix import REG_BINARY, REG_EXPAND_SZ
+
+from .office import OfficeTestCase
 
 SENT, NOT_SENT = "4 send sucessfully...", "4 failed to send..."
 UNREACHED = "3 svr not connect. bye~"

@@ -2,9 +2,13 @@
 
 import unittest
 
-from office import QUEUE, SERVER_URL, Gate, OfficeTestCase, answers, history, queue_script
-from scripted_agreement import ScriptedAgreement
-from ztsim.world import World
+from sim import answers
+from sim.agreement import ScriptedAgreement
+from sim.answers import Gate
+from sim.queues import QUEUE, queue_script
+from sim.world import World
+
+from .office import SERVER_URL, OfficeTestCase, history
 
 SENT = "4 send sucessfully..."
 SKIPPED = "4 skip send success local. bye~"

@@ -1,26 +1,26 @@
-"""Reports of printers at USB ports: each way through the driver, and the ways in which a transfer, a request or the lock
-fails. What the printer's bytes may say is tested where they are read."""
+"""Reports of printers at USB ports: each way through the driver, and the ways in which a transfer, a request or the
+lock fails. What the printer's bytes may say is tested where they are read."""
 
 import re
-import sys
 import unittest
 
-from office import SIM, OfficeTestCase, Result, golden, queue_script
+from sim.paths import WINDOWS
+from sim.queues import queue_script
+from sim.usb_printers import UsbPrinters, device_path
+from sim.world import Result
 
-sys.path.insert(0, str(SIM / "usb"))
-
-from usb_printers import BUILD, UsbPrinters, device_path  # noqa: E402
+from .office import OfficeTestCase, golden
 
 FIRST = "VID_1A2B&PID_0001#SN0001"
 SECOND = "VID_1A2B&PID_0001#SN0002"
 HIDDEN = "VID_1A2B&PID_0001#SN0003"
 SENT = "4 send sucessfully..."
-KLPMON = BUILD / "sim" / "usb" / "klpmon.dll"
+KLPMON = WINDOWS / "usb" / "klpmon.dll"
 
 COLOUR_COUNT = "<DevTotalColorCount>30</DevTotalColorCount>"
 TONER = (
-    "<Toner><Color>K</Color><Level>40</Level><AverageAreaCoverage>5</AverageAreaCoverage><VendorName>Velnora</VendorName>"
-    "<ModelID>T1</ModelID><SupplierID>VLN</SupplierID><SerialNumber>TS1</SerialNumber>"
+    "<Toner><Color>K</Color><Level>40</Level><AverageAreaCoverage>5</AverageAreaCoverage>"
+    "<VendorName>Velnora</VendorName><ModelID>T1</ModelID><SupplierID>VLN</SupplierID><SerialNumber>TS1</SerialNumber>"
     "<InstalledDate>2024-01-02</InstalledDate></Toner>"
 )
 DOCUMENT = (
@@ -60,7 +60,7 @@ class UsbTestCase(OfficeTestCase):
 
     def connect(self, port: str = "USB001", jobs: str = "0") -> None:
         """Puts the queue on a USB port."""
-        self.world.spooler(queue_script(port=port, jobs=jobs).replace("address = 127.0.0.1", ""))
+        self.world.spooler(queue_script(port=port, jobs=jobs, address=None))
 
     def forget_usb(self) -> None:
         self.forget()

@@ -88,7 +88,7 @@ SNMPPeer::SNMPPeer() {
   address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
   socket_ = socket(AF_INET, SOCK_DGRAM, 0);
   if (socket_ < 0 || bind(socket_, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0 || pipe(stop_) != 0) {
-    throw std::runtime_error("UDP port 161 is not to be had: run this test inside sim/in-namespace");
+    throw std::runtime_error("UDP port 161 is not to be had: run this test inside sim/bin/in-namespace");
   }
   thread_ = std::thread([this] { Serve(); });
 }

@@ -1,4 +1,4 @@
-// A real SNMP agent, started by sim/snmp-agent/with_snmpd.py, which also compares the PACKET lines with what was on the
+// A real SNMP agent, started by sim/with_snmpd.py, which also compares the PACKET lines with what was on the
 // wire.
 
 #include <gtest/gtest.h>

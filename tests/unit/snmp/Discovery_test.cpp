@@ -1,4 +1,4 @@
-// Discovery in the network of sim/snmp-agent/with_printers.py, which tells who is there.
+// Discovery in the network of sim/with_printers.py, which tells who is there.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -35,7 +35,7 @@ class NetworkTest : public testing::Test {
 // What a get, a get-next and a set bring is seen in Agent_test.cpp.
 TEST_F(NetworkTest, NamesAreLookedUp) {
   LoopbackAgent agent({kGood});
-  ASSERT_TRUE(agent.isBound()) << "needs a network of its own, see sim/in-namespace";
+  ASSERT_TRUE(agent.isBound()) << "needs a network of its own, see sim/bin/in-namespace";
   target.setAgentAddress("localhost");
   target.setIPAddressOrder(OrderIPv4Only);
   EXPECT_EQ(manager.get(pdu, target), 0);

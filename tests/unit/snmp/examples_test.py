@@ -11,8 +11,8 @@ import sys
 import tempfile
 
 ROOT = pathlib.Path(__file__).resolve().parents[3]
-WITH_SNMPD = [sys.executable, str(ROOT / "sim/snmp-agent/with_snmpd.py")]
-WITH_PRINTERS = [sys.executable, str(ROOT / "sim/snmp-agent/with_printers.py")]
+WITH_SNMPD = [sys.executable, "-m", "sim.with_snmpd"]
+WITH_PRINTERS = [sys.executable, "-m", "sim.with_printers"]
 PRINTERS = {*(f"10.9.0.10{n}" for n in range(1, 5)), "10.9.5.105", *(f"fe80::10{n}" for n in range(1, 6))}
 
 WALK = """1.3.6.1.4.1.53017.99.2.1.1 = 10
@@ -52,10 +52,10 @@ def run(*command, **options):
 def run_example(folder, arguments, world=WITH_SNMPD):
     program = folder / arguments[0]
     if program.with_suffix(".exe").exists():
-        return subprocess.run([ROOT / "sim/wine-run", program.with_suffix(".exe"), *arguments[1:]],
+        return subprocess.run([ROOT / "sim/bin/wine-run", program.with_suffix(".exe"), *arguments[1:]],
                               env={**os.environ, "WINE_RUN_INSIDE": " ".join(world), "WINEDLLOVERRIDES": "iphlpapi=n,b"},
                               capture_output=True, text=True)
-    return subprocess.run([ROOT / "sim/in-namespace", *world, program, *arguments[1:]], capture_output=True, text=True)
+    return subprocess.run([ROOT / "sim/bin/in-namespace", *world, program, *arguments[1:]], capture_output=True, text=True)
 
 
 def failures_of(runs, form, folder, prefix):
@@ -128,6 +128,7 @@ def main():
     build_tree, compiler, objdump, cmake_arguments = pathlib.Path(sys.argv[1]), sys.argv[2], sys.argv[3], sys.argv[4:]
     flags = [flag for argument in cmake_arguments if "_FLAGS=" in argument for flag in argument.split("=", 1)[1].split()]
     failures = 0
+    os.chdir(ROOT)  # where Python finds the package sim
     with tempfile.TemporaryDirectory() as temporary:
         work = pathlib.Path(temporary)
         prefix = work / "installed"

@@ -1,15 +1,16 @@
 """The way of in-namespace without namespaces: runs a command on this machine's own loopback.
 
-    on-loopback.py COMMAND [ARG...]
-    on-loopback.py --check [PORT...]      for example udp/161 tcp/80
+    on_loopback.py COMMAND [ARG...]
+    on_loopback.py --check [PORT...]      for example udp/161 tcp/80
 
-No right is needed, nothing is mounted, no file of the system is changed. The names of sim/hosts come from a library that
-is loaded into every program (libnss-wrapper). Whatever the command starts ends with it, and with this program, killed
-or not: a second process keeps it, to which orphans fall (PR_SET_CHILD_SUBREAPER), and which learns from the end of a
-pipe that the first one is no more.
+No right is needed, nothing is mounted, no file of the system is changed. The names of bin/hosts come from a library
+that is loaded into every program (libnss-wrapper). Whatever the command starts ends with it, and with this program,
+killed or not: a second process keeps it, to which orphans fall (PR_SET_CHILD_SUBREAPER), and which learns from the end
+of a pipe that the first one is no more.
 
-An ordinary user may not have ports below 1024, unless the machine says so or sudo asks for no password: then the command
-has the one right that it takes (CAP_NET_BIND_SERVICE), and stays that user's.
+An ordinary user may not have ports below 1024, unless the machine says so or sudo asks for no password: then the
+command has the one right that it takes (CAP_NET_BIND_SERVICE), and stays that user's. It is started as a file, for it
+must be found from any folder; so it imports nothing of this package.
 """
 
 import contextlib
@@ -52,7 +53,16 @@ def with_sudo() -> list[str]:
     port_right = ["--inh-caps=+net_bind_service", "--ambient-caps=+net_bind_service"]
     who = [f"--reuid={os.getuid()}", f"--regid={os.getgid()}", "--init-groups"]
     # sudo clears the environment.
-    return ["sudo", "-n", "setpriv", *who, *port_right, "env", "-i", *(f"{name}={value}" for name, value in os.environ.items())]
+    return [
+        "sudo",
+        "-n",
+        "setpriv",
+        *who,
+        *port_right,
+        "env",
+        "-i",
+        *(f"{name}={value}" for name, value in os.environ.items()),
+    ]
 
 
 def check(ports: list[str]) -> int:
@@ -65,11 +75,16 @@ def check(ports: list[str]) -> int:
             case errno.EACCES if with_sudo():
                 pass
             case errno.EACCES:
-                return fail(f"{name} is refused to ordinary users of this machine. Run this as root, install sudo, or let root "
-                            f"say: sysctl -w net.ipv4.ip_unprivileged_port_start={min(int(port.split('/')[1]) for port in ports)}")
+                lowest = min(int(port.split("/")[1]) for port in ports)
+                return fail(
+                    f"{name} is refused to ordinary users of this machine. Run this as root, install sudo, or let root "
+                    f"say: sysctl -w net.ipv4.ip_unprivileged_port_start={lowest}"
+                )
             case errno.EADDRINUSE:
-                return fail(f"{name} is taken by another program, which `ss -ap 'sport = {number}'` names: end it "
-                            "(Debian's own SNMP agent: systemctl disable --now snmpd)")
+                return fail(
+                    f"{name} is taken by another program, which `ss -ap 'sport = {number}'` names: end it "
+                    "(Debian's own SNMP agent: systemctl disable --now snmpd)"
+                )
             case other:
                 return fail(f"{name} cannot be had: {os.strerror(other)}")
     return 0
@@ -90,7 +105,8 @@ def run(command: list[str]) -> int:
     (Path(folder) / "hosts").write_text(names(), encoding="utf-8")
     alive = f"{folder}/alive"
     os.mkfifo(alive)
-    # Open until this process ends, however it ends. No other process has it: sudo and Popen close what they do not know.
+    # Open until this process ends, however it ends. No other process has it: sudo and Popen close what they do not
+    # know.
     held = os.open(alive, os.O_RDWR)
     for ending in (signal.SIGTERM, signal.SIGHUP):
         signal.signal(ending, lambda *_: os.closerange(held, held + 1))
@@ -104,7 +120,7 @@ def run(command: list[str]) -> int:
 
 def names() -> str:
     """The names of the world and of this machine, without the comments, which the library does not know."""
-    lines = (SIM / "hosts").read_text(encoding="utf-8").splitlines()
+    lines = (SIM / "bin" / "hosts").read_text(encoding="utf-8").splitlines()
     return "\n".join([line for line in lines if not line.startswith("#")] + [f"127.0.0.1  {socket.gethostname()}", ""])
 
 

@@ -7,25 +7,21 @@
 
 By hand, for a prefix in which Windows does not run:
 
-    python3 sim/usb/usb_printers.py PREFIX SCRIPT
+    python3 -m sim.usb_printers PREFIX SCRIPT
 
 A printer's section gives its port number as "port = 1", beside the keys that UsbScript.h describes; without it, the
 printer has no number. Printers are there from the start of Windows; all other keys may change while it runs.
 """
 
-import os
 import re
 import shutil
 import sys
 from pathlib import Path
 
-SIM = Path(__file__).resolve().parent.parent
-sys.path.insert(0, str(SIM))
+from .paths import WINDOWS
+from .prefix import Prefix
 
-from ztsim.prefix import Prefix  # noqa: E402
-
-BUILD = Path(os.environ.get("ZT_BUILD", SIM.parent / "build" / "windows"))
-DRIVER = Path(os.environ.get("ZT_USBPRINT", BUILD / "sim" / "usb" / "usbprint-sim.sys"))
+DRIVER = WINDOWS / "usb" / "usbprint-sim.sys"
 
 INTERFACE_CLASS = "{28d78fad-5a12-11d1-ae5b-0000f803a8c2}"
 DEVICE_CLASS = "{4d36e979-e325-11ce-bfc1-08002be10318}"
@@ -88,7 +84,8 @@ class UsbPrinters:
     def _register(prefix: Prefix, name: str, port: int | None) -> None:
         instance = "USB\\" + name.replace("#", "\\")
         prefix.set_registry(
-            rf"{CONTROL_SET}\Enum\{instance}", {"ClassGUID": DEVICE_CLASS, "Class": "Printer", "DeviceDesc": "USB printer"}
+            rf"{CONTROL_SET}\Enum\{instance}",
+            {"ClassGUID": DEVICE_CLASS, "Class": "Printer", "DeviceDesc": "USB printer"},
         )
         interface = rf"{CONTROL_SET}\Control\DeviceClasses\{INTERFACE_CLASS}\##?#USB#{name}#{INTERFACE_CLASS}"
         prefix.set_registry(interface, {"DeviceInstance": instance})
@@ -99,9 +96,8 @@ class UsbPrinters:
 
 if __name__ == "__main__":
     if len(sys.argv) != 3:
-        sys.exit(f"usage: {sys.argv[0]} PREFIX SCRIPT")
-    target = Prefix.__new__(Prefix)
-    target.folder = Path(sys.argv[1])
-    if not (target.folder / "system.reg").is_file():
-        sys.exit(f"{target.folder} is no Wine prefix")
-    UsbPrinters(target, Path(sys.argv[2]).read_text(encoding="latin-1"))
+        sys.exit("usage: python3 -m sim.usb_printers PREFIX SCRIPT")
+    folder = Path(sys.argv[1])
+    if not (folder / "system.reg").is_file():
+        sys.exit(f"{folder} is no Wine prefix")
+    UsbPrinters(Prefix(folder), Path(sys.argv[2]).read_text(encoding="latin-1"))

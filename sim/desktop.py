@@ -16,9 +16,10 @@ import os
 import subprocess
 from pathlib import Path
 
-from .world import BUILD, World
+from .paths import WINDOWS
+from .world import World
 
-HANDS = Path(os.environ.get("ZT_UI", BUILD / "sim" / "ui" / "zt-ui.exe"))
+HANDS = WINDOWS / "ui" / "zt-ui.exe"
 
 
 class Display:
@@ -28,7 +29,8 @@ class Display:
     def __init__(self, size: str = "1024x768"):
         reader, writer = os.pipe()
         shared = os.environ.get("ZT_WORLD") == "loopback"
-        listening = ["-nolisten", "tcp"] if shared else ["-nolock", "-nolisten", "unix", "-nolisten", "local", "-listen", "tcp"]
+        in_own_network = ["-nolock", "-nolisten", "unix", "-nolisten", "local", "-listen", "tcp"]
+        listening = ["-nolisten", "tcp"] if shared else in_own_network
         self._server = subprocess.Popen(
             ["Xvfb", "-displayfd", str(writer), "-screen", "0", f"{size}x24", "-ac", "-noreset", *listening],
             pass_fds=[writer],
@@ -95,5 +97,6 @@ class Hands:
             ).returncode
         text = output.read_text(encoding="utf-8")
         if code != 0:
-            raise AssertionError(f"no window or control for {words}; there is:\n{text if words == ('list',) else self.list()}")
+            there = text if words == ("list",) else self.list()
+            raise AssertionError(f"no window or control for {words}; there is:\n{there}")
         return text

@@ -4,17 +4,16 @@ r"""Holder: another program of the simulated Windows that has what the agent wan
         world.run("-QName", "Office")
 """
 
-import os
 import subprocess
-from pathlib import Path
 
-from .world import BUILD, World
+from .paths import WINDOWS
+from .world import World
 
-HOLD = Path(os.environ.get("ZT_HOLD", BUILD / "sim" / "hold" / "zt-hold.exe"))
+HOLD = WINDOWS / "hold" / "zt-hold.exe"
 
 
 class Holder:
-    """Holds a file or a named object, within a with block; what there is to hold: see sim/hold."""
+    """Holds a file or a named object, within a with block; what there is to hold: see sim/windows/hold."""
 
     def __init__(self, world: World, what: str, name: str):
         world.install(HOLD)

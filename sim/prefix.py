@@ -9,7 +9,7 @@ import struct
 import subprocess
 from pathlib import Path
 
-SIM = Path(__file__).resolve().parent.parent
+from .paths import SCRIPTS
 
 REG_SZ, REG_EXPAND_SZ, REG_BINARY, REG_DWORD, REG_MULTI_SZ, REG_QWORD = 1, 2, 3, 4, 7, 11
 
@@ -17,16 +17,22 @@ REG_SZ, REG_EXPAND_SZ, REG_BINARY, REG_DWORD, REG_MULTI_SZ, REG_QWORD = 1, 2, 3,
 @functools.cache
 def template() -> Path:
     """The prefix that others are cloned from. Clones must lie on the same file system."""
-    return Path(subprocess.run([SIM / "wine-template"], check=True, stdout=subprocess.PIPE, text=True).stdout.strip())
+    made = subprocess.run([SCRIPTS / "wine-template"], check=True, stdout=subprocess.PIPE, text=True)
+    return Path(made.stdout.strip())
 
 
 class Prefix:
-    """A fresh Windows in `folder`, which must not exist yet."""
+    """The Windows in `folder`."""
 
     def __init__(self, folder: Path):
         self.folder = folder
         self._running = False
-        subprocess.run([SIM / "clone-prefix", template(), folder], check=True)
+
+    @classmethod
+    def fresh(cls, folder: Path) -> "Prefix":
+        """A new Windows in a folder that must not exist yet."""
+        subprocess.run([SCRIPTS / "clone-prefix", template(), folder], check=True)
+        return cls(folder)
 
     @property
     def drive(self) -> Path:
@@ -48,7 +54,8 @@ class Prefix:
                 file.write('"%s"=%s\n' % (_escape(name), reg_text(value)))
 
     def registry(self, key: str) -> dict[str, str] | None:
-        r"""The values under HKEY_LOCAL_MACHINE\key as Wine writes them; None without the key. Windows must not be running."""
+        r"""The values under HKEY_LOCAL_MACHINE\key as Wine writes them; None without the key. Windows must not be
+        running."""
         wanted = "[%s]" % key.replace("\\", "\\\\").lower()
         found = None
         inside = False

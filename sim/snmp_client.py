@@ -1,31 +1,37 @@
 """A few lines of SNMPv1 client: enough to see whether an agent answers, and what."""
 
 import socket
+from collections.abc import Iterator
 
-import snmp_ber
+from . import ber
+from .mib import Oid, Value
 
 
-def exchange(message, address="127.0.0.1", port=161, timeout=1.0):
+def exchange(
+    message: ber.Message, address: str = "127.0.0.1", port: int = 161, timeout: float = 1.0
+) -> ber.Message | None:
     """Sends a message and returns the answer, or None when none comes in time."""
     family = socket.AF_INET6 if ":" in address else socket.AF_INET
     with socket.socket(family, socket.SOCK_DGRAM) as peer:
         peer.settimeout(timeout)
         try:
             peer.connect((address, port))
-            peer.send(snmp_ber.encode(message))
-            return snmp_ber.decode(peer.recv(65536))
+            peer.send(ber.encode(message))
+            return ber.decode(peer.recv(65536))
         except (OSError, ValueError):
             return None
 
 
-def walk(top, address="127.0.0.1", port=161, community=b"public"):
-    """All objects below `top` (a tuple of arcs), each as (name, Value)."""
+def walk(
+    top: Oid, address: str = "127.0.0.1", port: int = 161, community: bytes = b"public"
+) -> Iterator[tuple[Oid, Value]]:
+    """All objects below `top`, each with its name."""
     name = top
     while True:
-        answer = exchange(snmp_ber.request(snmp_ber.GET_NEXT, [name], community), address, port)
+        answer = exchange(ber.request(ber.GET_NEXT, [name], community), address, port)
         if answer is None or answer.error_status:
             return
         name, value = answer.bindings[0]
-        if name[:len(top)] != top:
+        if name[: len(top)] != top:
             return
         yield name, value

@@ -14,16 +14,31 @@ A name that begins with a dot is absolute everywhere. The last value of a name c
 import bisect
 import os
 import re
-from collections import namedtuple
+from collections.abc import Iterator
+from pathlib import Path
+from typing import Any, NamedTuple
 
 INTEGER, OCTET_STRING, NULL, OBJECT_ID = 0x02, 0x04, 0x05, 0x06
 IP_ADDRESS, COUNTER, GAUGE, TIMETICKS, COUNTER64 = 0x40, 0x41, 0x42, 0x43, 0x46
 
-# A value is its BER tag and its content: a number, bytes, a tuple of arcs (OBJECT_ID) or None (NULL).
-Value = namedtuple("Value", "tag data")
+Oid = tuple[int, ...]
 
-NUMBER_TYPES = {"INTEGER": INTEGER, "Counter32": COUNTER, "Gauge32": GAUGE, "Unsigned32": GAUGE,
-                "Timeticks": TIMETICKS, "Counter64": COUNTER64}
+
+class Value(NamedTuple):
+    """An object's value: its BER tag, and a number, bytes, an Oid (OBJECT_ID) or None (NULL)."""
+
+    tag: int
+    data: Any
+
+
+NUMBER_TYPES = {
+    "INTEGER": INTEGER,
+    "Counter32": COUNTER,
+    "Gauge32": GAUGE,
+    "Unsigned32": GAUGE,
+    "Timeticks": TIMETICKS,
+    "Counter64": COUNTER64,
+}
 
 _SECTION = re.compile(r"\[([\d.]*)\]")
 _OBJECT = re.compile(r"(\.?\d+(?:\.\d+)*) = (.*)", re.DOTALL)
@@ -31,16 +46,16 @@ _HEX_LINE = re.compile(r"(?:[0-9A-Fa-f]{2}\s*)+")
 _NUMBER = re.compile(r"(?:[\w-]*\()?(-?\d+)")
 
 
-def parse_oid(text):
+def parse_oid(text: str) -> Oid:
     """The arcs of a dotted name; a leading dot is allowed, and the empty text is the name above all others."""
     return tuple(int(arc) for arc in text.strip(".").split(".")) if text.strip(".") else ()
 
 
-def format_oid(oid):
+def format_oid(oid: Oid) -> str:
     return ".".join(map(str, oid))
 
 
-def parse_value(text):
+def parse_value(text: str) -> Value:
     """The value of a text such as 'INTEGER: 3' or 'STRING: "ready"'. Raises ValueError."""
     text = text.strip()
     if text == "NULL":
@@ -65,7 +80,7 @@ def parse_value(text):
     raise ValueError(f"not a value: {text!r}")
 
 
-def format_value(value):
+def format_value(value: Value) -> str:
     """The text of a value, as parse_value() reads it."""
     if value.tag == NULL:
         return "NULL"
@@ -90,35 +105,37 @@ class Mib:
     read (because somebody is just writing it), the objects stay as they are.
     """
 
-    def __init__(self, *paths):
+    def __init__(self, *paths: Path | str):
         self._paths = paths
+        self._objects: dict[Oid, Value] = {}
+        self._names: list[Oid] = []  # in order
         self._stamps = self._look()
         self._read()
 
-    def get(self, oid):
+    def get(self, oid: Oid) -> Value | None:
         """The value of the object, or None."""
         return self._objects.get(oid)
 
-    def next(self, oid, top=()):
+    def next(self, oid: Oid, top: Oid = ()) -> tuple[Oid, Value] | None:
         """Name and value of the first object behind `oid`, or None when no such object lies below `top`."""
         position = bisect.bisect_right(self._names, oid)
         if position == len(self._names):
             return None
         name = self._names[position]
-        return (name, self._objects[name]) if name[:len(top)] == top else None
+        return (name, self._objects[name]) if name[: len(top)] == top else None
 
-    def set(self, oid, value):
+    def set(self, oid: Oid, value: Value) -> None:
         """Gives an object a value, until the files change. A new object finds its place among the others."""
         if oid not in self._objects:
             bisect.insort(self._names, oid)
         self._objects[oid] = value
 
-    def remove(self, top):
+    def remove(self, top: Oid) -> None:
         """Takes the object of that name and all below it away, until the files change."""
-        self._names = [name for name in self._names if name[:len(top)] != top]
+        self._names = [name for name in self._names if name[: len(top)] != top]
         self._objects = {name: self._objects[name] for name in self._names}
 
-    def refresh(self):
+    def refresh(self) -> None:
         """Reads the files again if one has changed."""
         stamps = self._look()
         if stamps == self._stamps:
@@ -129,14 +146,14 @@ class Mib:
         except (OSError, ValueError):
             pass
 
-    def _look(self):
+    def _look(self) -> list[tuple[int, int, int]] | None:
         try:
             return [(state.st_mtime_ns, state.st_size, state.st_ino) for state in map(os.stat, self._paths)]
         except OSError:
             return None
 
-    def _read(self):
-        objects = {}
+    def _read(self) -> None:
+        objects: dict[Oid, Value] = {}
         for path in self._paths:
             # Latin-1 keeps every byte of a string as it stands in the file.
             with open(path, encoding="latin-1", newline="\n") as file:
@@ -145,9 +162,9 @@ class Mib:
         self._names = sorted(objects)
 
 
-def _parse(text, path):
+def _parse(text: str, path: Path | str) -> dict[Oid, Value]:
     objects = {}
-    base = ()
+    base: Oid = ()
     for number, line in _logical_lines(text):
         section = _SECTION.fullmatch(line)
         if section:
@@ -162,7 +179,7 @@ def _parse(text, path):
     return objects
 
 
-def _logical_lines(text):
+def _logical_lines(text: str) -> Iterator[tuple[int, str]]:
     """Number and text of each line that counts. Long strings of a walk go over several lines; they are joined."""
     pending = None
     for number, line in enumerate(text.split("\n"), 1):
@@ -184,13 +201,13 @@ def _logical_lines(text):
         yield pending
 
 
-def _is_open(line):
+def _is_open(line: str) -> bool:
     """Whether the line begins a quoted string that it does not end."""
     value = line.partition(" = ")[2].removeprefix("STRING:").strip()
     return value.startswith('"') and not re.fullmatch(r'"(?:[^"\\]|\\.)*"', value, re.DOTALL)
 
 
-def _unquote(text):
+def _unquote(text: str) -> bytes:
     if text.startswith('"') and text.endswith('"') and len(text) > 1:
         text = re.sub(r"\\(.)", r"\1", text[1:-1], flags=re.DOTALL)
     return text.encode("latin-1")

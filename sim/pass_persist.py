@@ -1,4 +1,5 @@
-"""pass_persist.py TOP DATA_FILE...: answers snmpd's questions about one subtree out of a printer's data files.
+"""python3 -m sim.pass_persist TOP DATA_FILE...: answers snmpd's questions about one subtree out of a printer's data
+files.
 
 snmpd starts it (pass_persist in snmpd.conf(5)) and speaks with it in lines over its standard input and output; see
 snmp_agent.py. TOP is the subtree's name; an object of a later file takes the place of an earlier one's.
@@ -6,15 +7,36 @@ snmp_agent.py. TOP is the subtree's name; an object of a later file takes the pl
 
 import sys
 
-from mib_file import (COUNTER, COUNTER64, GAUGE, INTEGER, IP_ADDRESS, OBJECT_ID, OCTET_STRING, TIMETICKS, Mib, Value,
-                      format_oid, parse_oid)
+from .mib import (
+    COUNTER,
+    COUNTER64,
+    GAUGE,
+    INTEGER,
+    IP_ADDRESS,
+    OBJECT_ID,
+    OCTET_STRING,
+    TIMETICKS,
+    Mib,
+    Oid,
+    Value,
+    format_oid,
+    parse_oid,
+)
 
-TYPE_WORDS = {INTEGER: "integer", COUNTER: "counter", GAUGE: "gauge", TIMETICKS: "timeticks",
-              COUNTER64: "counter64", IP_ADDRESS: "ipaddress", OBJECT_ID: "objectid", OCTET_STRING: "octet"}
+TYPE_WORDS = {
+    INTEGER: "integer",
+    COUNTER: "counter",
+    GAUGE: "gauge",
+    TIMETICKS: "timeticks",
+    COUNTER64: "counter64",
+    IP_ADDRESS: "ipaddress",
+    OBJECT_ID: "objectid",
+    OCTET_STRING: "octet",
+}
 TAGS = {word: tag for tag, word in TYPE_WORDS.items()} | {"string": OCTET_STRING}
 
 
-def answer(mib, top, command, oid, value_line):
+def answer(mib: Mib, top: Oid, command: str, oid: Oid, value_line: str) -> list[str]:
     """The lines that answer one question."""
     if command == "set":
         return set_object(mib, oid, value_line)
@@ -25,7 +47,7 @@ def answer(mib, top, command, oid, value_line):
     return ["." + format_oid(name), TYPE_WORDS[value.tag], value_text(value)]
 
 
-def set_object(mib, oid, value_line):
+def set_object(mib: Mib, oid: Oid, value_line: str) -> list[str]:
     held = mib.get(oid)
     if held is None:
         return ["not-writable"]
@@ -39,7 +61,7 @@ def set_object(mib, oid, value_line):
     return ["DONE"]
 
 
-def value_text(value):
+def value_text(value: Value) -> str:
     if value.tag == OCTET_STRING:
         return value.data.hex(" ")
     if value.tag == OBJECT_ID:
@@ -49,7 +71,7 @@ def value_text(value):
     return str(value.data)
 
 
-def parse_set_value(word, text):
+def parse_set_value(word: str, text: str) -> int | bytes | Oid:
     if word == "string":
         return text.removeprefix('"').removesuffix('"').encode("latin-1")
     if word == "octet":
@@ -61,9 +83,9 @@ def parse_set_value(word, text):
     return int(text)
 
 
-def main(top, *data_files):
+def main(top_name: str, *data_files: str) -> None:
     mib = Mib(*data_files)
-    top = parse_oid(top)
+    top = parse_oid(top_name)
     sys.stdin.reconfigure(encoding="latin-1")
     while line := sys.stdin.readline():
         command = line.strip()
@@ -80,4 +102,5 @@ def main(top, *data_files):
         print("\n".join(lines), flush=True)
 
 
-main(*sys.argv[1:])
+if __name__ == "__main__":
+    main(*sys.argv[1:])

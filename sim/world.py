@@ -6,8 +6,8 @@
         result = world.run("-QName", "Office")
         print(result.log_texts)
 
-A World lives in the network that it finds itself in: start Python through sim/in-namespace, so that the printer can listen
-on port 161 of the loopback and nothing else is reached.
+A World lives in the network that it finds itself in: start Python through sim/bin/in-namespace, so that the printer can
+listen on port 161 of the loopback and nothing else is reached.
 """
 
 import os
@@ -18,12 +18,12 @@ import time
 from dataclasses import dataclass, field
 from pathlib import Path
 
-from .prefix import SIM, Prefix, template
+from .paths import BUILD, WINDOWS
+from .prefix import Prefix, template
 from .traces import TraceLine, find_crash, parse_debugger_output, parse_log
 
-BUILD = Path(os.environ.get("ZT_BUILD", SIM.parent / "build" / "windows"))
 AGENT = Path(os.environ.get("ZT_EXE", BUILD / "agent" / "ZT.exe"))
-SPOOLER = Path(os.environ.get("ZT_WINSPOOL", BUILD / "sim" / "winspool" / "winspool.drv"))
+SPOOLER = WINDOWS / "winspool" / "winspool.drv"
 
 FLAGS = r"Software\Tressil\ZOLT"
 LOGGER = r"Software\Tressil\Logger\ZOLT"
@@ -56,7 +56,7 @@ class World:
 
     def __init__(self, time_zone: str = "UTC"):
         self.folder = Path(tempfile.mkdtemp(prefix="world.", dir=template().parent))
-        self.prefix = Prefix(self.folder / "prefix")
+        self.prefix = Prefix.fresh(self.folder / "prefix")
         self.time_zone = time_zone
         self.overrides = {"winspool.drv": "n", "mscoree": "", "mshtml": ""}
         self.extra_environment: dict[str, str] = {}
@@ -85,7 +85,7 @@ class World:
             shutil.copy(file, self.program_folder)
 
     def spooler(self, script: str) -> None:
-        """What the print spooler serves; see sim/winspool."""
+        """What the print spooler serves; see sim/windows/winspool."""
         (self.spool_folder / "winspool.ini").write_text(script, encoding="utf-8")
 
     def flags(self, **values: object) -> None:
@@ -127,7 +127,7 @@ class World:
     # Runs
 
     def run(self, *arguments: str, program: str = "ZT.exe", timeout: float = 60) -> Result:
-        """Runs the agent to its end. A crash raises AgentCrashed, a run beyond the time-out subprocess.TimeoutExpired."""
+        """Runs the agent to its end. Raises AgentCrashed, and subprocess.TimeoutExpired for a run beyond `timeout`."""
         return self.start(*arguments, program=program).wait(timeout)
 
     def start(self, *arguments: str, program: str = "ZT.exe") -> "Run":
@@ -200,7 +200,12 @@ class Run:
         # To a file: Wine's services inherit the output and would hold a pipe open.
         with open(self._stderr, "wb") as stderr, open(world.folder / f"stdout-{number}.txt", "wb") as stdout:
             self.process = subprocess.Popen(
-                ["wine", *command], env=world.environment(), cwd=world.folder, stdin=subprocess.DEVNULL, stdout=stdout, stderr=stderr
+                ["wine", *command],
+                env=world.environment(),
+                cwd=world.folder,
+                stdin=subprocess.DEVNULL,
+                stdout=stdout,
+                stderr=stderr,
             )
 
     @property

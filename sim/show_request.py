@@ -1,10 +1,15 @@
 """Requests as a reader wants to see them: form fields decoded, documents indented."""
 
 import xml.etree.ElementTree as ElementTree
+from collections.abc import Iterator
+from typing import TYPE_CHECKING
+
+if TYPE_CHECKING:
+    from .report_server import Request
 
 
-def show_request(request):
-    """The lines of a request (report_server.Request) as one text, without a line feed at its end."""
+def show_request(request: "Request") -> str:
+    """The lines of a request as one text, without a line feed at its end."""
     lines = [f"{request.method} {request.path} -> {request.status or 'no HTTP answer'}"]
     lines += [f"    {name}: {text}" for name, text in request.headers.items()]
     if request.body:
@@ -13,7 +18,7 @@ def show_request(request):
     return "\n".join(lines)
 
 
-def show_document(text):
+def show_document(text: str) -> str:
     """An XML document with each element indented by its depth; any other text as it stands."""
     try:
         root = ElementTree.fromstring(text.encode())
@@ -24,7 +29,7 @@ def show_document(text):
     return prolog + ElementTree.tostring(root, encoding="unicode")
 
 
-def _show_fields(request):
+def _show_fields(request: "Request") -> Iterator[str]:
     if not request.fields:
         yield "    " + _printable(request.body.decode("latin-1"))
     for name, value in request.fields.items():
@@ -36,6 +41,6 @@ def _show_fields(request):
             yield f"    {_printable(name)} = {shown}"
 
 
-def _printable(text):
+def _printable(text: str) -> str:
     """The text without control characters and without bytes that were no UTF-8."""
     return "".join(c if c.isprintable() or c == "\n" else c.encode("unicode_escape").decode() for c in text)

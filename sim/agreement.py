@@ -7,13 +7,13 @@
         print(agreement.asked)
 """
 
-import os
 import shutil
 from pathlib import Path
 
-from ztsim.world import BUILD, World
+from .paths import WINDOWS
+from .world import World
 
-LIBRARY = Path(os.environ.get("ZT_AGREEMENT", BUILD / "sim" / "agreement" / "UA.dll"))
+LIBRARY = WINDOWS / "agreement" / "UA.dll"
 
 
 class ScriptedAgreement:
