@@ -23,5 +23,7 @@ if(WIN32)
   if(NOT MSVC)
     # -municode is left to the programs; everything is linked in, so that no redistributable is needed.
     target_link_options(zt_options INTERFACE -static -Wl,--gc-sections)
+    # With it, each source has its own versions of the same functions of std::string; together 30 KB of ZT.exe.
+    target_compile_options(zt_options INTERFACE -fno-ipa-sra)
   endif()
 endif()

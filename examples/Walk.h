@@ -2,27 +2,40 @@
 
 #include <ztsnmp/ztsnmp.h>
 
+#include <cstdio>
 #include <functional>
+#include <set>
 #include <string>
 
-/// walk hands each object below a name to `visit`, in the agent's order. It answers whether the walk came to its end:
-/// false when the agent fell silent on the way, or led in circles.
-inline bool walk(SNMPManager& manager, Target& target, const std::string& root,
+constexpr int kMostRows = 10000;  // unless somebody wants another limit
+
+/// walk hands each object below a name to `visit`, in the agent's order and not more of them than `mostRows`. It
+/// answers whether it came to the end of what there is; if not, it has said on stderr why.
+inline bool walk(SNMPManager& manager, Target& target, const std::string& root, int mostRows,
                  const std::function<void(const VarBind&)>& visit) {
   constexpr int kNoSuchName = 2;  // how an agent says that nothing follows
-  constexpr int kMostRows = 10000;
   ReqRespPDU pdu;
   pdu.addVarBind(VarBind(OID(root.c_str())));
   VarBind& binding = pdu.getVarBind(0);
-  for (int row = 0; row < kMostRows; ++row) {
-    const std::string before = binding.getOID().getValue();
-    if (manager.getNext(pdu, target) != StatusSuccess) return pdu.getErrorStatus() == kNoSuchName;
+  std::set<std::string> seen;
+  for (int row = 0;; ++row) {
+    if (manager.getNext(pdu, target) != StatusSuccess) {
+      if (pdu.getErrorStatus() == kNoSuchName) return true;
+      std::fputs("the agent does not answer\n", stderr);
+      return false;
+    }
     const std::string name = binding.getOID().getValue();
     if (!name.starts_with(root + '.')) return true;
-    if (name == before) return false;
+    if (!seen.insert(name).second) {
+      std::fprintf(stderr, "the agent leads in circles, back to %s\n", name.c_str());
+      return false;
+    }
+    if (row == mostRows) {
+      std::fprintf(stderr, "stopped after %d rows\n", mostRows);
+      return false;
+    }
     visit(binding);
     // The next request must not carry the answer: an empty text in it would be refused.
     binding.setValue(Null());
   }
-  return false;
 }

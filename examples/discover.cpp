@@ -4,10 +4,12 @@
 
 #include <cstdio>
 
+#include "Text.h"
+
 namespace {
 
 void show(ReqRespPDU& answer, NetworkAddress* sender) {
-  std::printf("%-40s %s\n", sender->getValue(), answer.getVarBind(0).getValue().toString());
+  std::printf("%-40s %s\n", sender->getValue(), blanked(answer.getVarBind(0).getValue().toString()).c_str());
 }
 
 }  // namespace

@@ -4,6 +4,8 @@
 
 #include <cstdio>
 
+#include "Text.h"
+
 int main(int argc, char** argv) {
   if (argc < 3) {
     std::fputs("usage: get HOST OID...\n", stderr);
@@ -30,7 +32,7 @@ int main(int argc, char** argv) {
   } else {
     for (int i = 0; i < pdu.getVarBindCount(); ++i) {
       const VarBind& binding = pdu.getVarBind(static_cast<unsigned>(i));
-      std::printf("%s = %s\n", binding.getOID().getValue(), binding.getValue().toString());
+      std::printf("%s = %s\n", binding.getOID().getValue(), escaped(binding.getValue()).c_str());
     }
   }
   SNMPCleanup();

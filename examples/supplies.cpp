@@ -1,9 +1,12 @@
 // supplies HOST: shows the supplies of a printer as a table (Printer MIB, RFC 3805, prtMarkerSuppliesTable).
 
 #include <cstdio>
+#include <cstdlib>
 #include <map>
 #include <string>
+#include <vector>
 
+#include "Text.h"
 #include "Walk.h"
 
 namespace {
@@ -18,6 +21,17 @@ struct Supply {
   int capacity = 0;
   int level = 0;
 };
+
+/// The numbers of a row's index, such as ".1.10". Rows are sorted by them; as a text ".1.10" would precede ".1.2".
+std::vector<unsigned long> numbersOf(const std::string& index) {
+  std::vector<unsigned long> numbers;
+  for (const char* at = index.c_str(); *at == '.';) {
+    char* behind = nullptr;
+    numbers.push_back(std::strtoul(at + 1, &behind, 10));
+    at = behind;
+  }
+  return numbers;
+}
 
 int numberOf(const VarBind& binding) {
   const SNMPDataType& value = binding.getValue();
@@ -43,23 +57,21 @@ int main(int argc, char** argv) {
 
   if (SNMPStartup() != 0) return 1;
   SNMPManager manager;
-  std::map<std::string, Supply> supplies;  // by the row's index
+  std::map<std::vector<unsigned long>, Supply> supplies;
   bool complete = true;
   const auto readColumn = [&](const char* column, auto store) {
     const std::string root = kSupplies + column;
-    complete = complete && walk(manager, target, root, [&](const VarBind& binding) {
-                 store(supplies[std::string(binding.getOID().getValue()).substr(root.size())], binding);
+    complete = complete && walk(manager, target, root, kMostRows, [&](const VarBind& binding) {
+                 store(supplies[numbersOf(binding.getOID().getValue() + root.size())], binding);
                });
   };
-  readColumn(kDescription, [](Supply& row, const VarBind& cell) { row.description = cell.getValue().toString(); });
+  readColumn(kDescription,
+             [](Supply& row, const VarBind& cell) { row.description = blanked(cell.getValue().toString()); });
   readColumn(kCapacity, [](Supply& row, const VarBind& cell) { row.capacity = numberOf(cell); });
   readColumn(kLevel, [](Supply& row, const VarBind& cell) { row.level = numberOf(cell); });
   SNMPCleanup();
 
-  if (!complete) {
-    std::fputs("the printer does not answer\n", stderr);
-    return 1;
-  }
+  if (!complete) return 1;
   std::printf("%-32s %8s %8s %8s\n", "SUPPLY", "LEVEL", "OF", "LEFT");
   for (const auto& [index, supply] : supplies) {
     std::printf("%-32s %8d %8d %8s\n", supply.description.c_str(), supply.level, supply.capacity,

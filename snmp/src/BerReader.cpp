@@ -12,15 +12,22 @@ bool BerReader::skipExactly(std::span<const std::uint8_t> expected) noexcept {
   return true;
 }
 
-std::optional<std::size_t> BerReader::takeLongLength(std::size_t bytes) noexcept {
+std::optional<BerReader::Element> BerReader::takeLongElement() noexcept {
+  BerReader ahead = *this;
+  const auto head = ahead.take(2);
+  if (!head) return std::nullopt;
   // X.690, 8.1.3.5; its minimal use is not required. No bytes at all are the indefinite form (8.1.3.6), which SNMP does
   // not know; four of them name more than any datagram holds.
+  const std::size_t bytes = (*head)[1] & 0x7F;
   if (bytes == 0 || bytes > 4) return std::nullopt;
-  const auto taken = take(bytes);
-  if (!taken) return std::nullopt;
+  const auto lengthBytes = ahead.take(bytes);
+  if (!lengthBytes) return std::nullopt;
   std::size_t length = 0;
-  for (std::uint8_t byte : *taken) length = length << 8 | byte;
-  return length;
+  for (std::uint8_t byte : *lengthBytes) length = length << 8 | byte;
+  const auto content = ahead.take(length);
+  if (!content) return std::nullopt;
+  *this = ahead;
+  return Element{(*head)[0], BerReader(*content)};
 }
 
 std::optional<std::int32_t> readInteger(BerReader content) noexcept {
@@ -38,7 +45,8 @@ std::optional<std::uint32_t> readUnsigned(BerReader content) noexcept {
   if (bytes.empty() || bytes.size() > 5) return std::nullopt;
   if (bytes.size() == 5 && bytes.front() != 0) return std::nullopt;
   // An unsigned number whose first bit is set is written with a leading 00 (X.690, 8.3.3). Without it the number is
-  // taken as negative, on purpose: a lone 80 reads as 4294967168.
+  // taken as negative, on purpose: a lone 80 reads as 4294967168. Agents that leave out the 00 hold their counters in
+  // signed variables, and have shortened FFFFFF80 as the negative number that it is to them.
   std::uint32_t value = bytes.front() & 0x80 ? ~0U : 0U;
   for (std::uint8_t byte : bytes) value = value << 8 | byte;
   return value;

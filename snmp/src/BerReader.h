@@ -46,8 +46,9 @@ class BerReader {
   [[nodiscard]] std::optional<BerReader> enter(std::uint8_t tag) noexcept;
 
  private:
-  /// takeLongLength reads the bytes of a long-form length, so many of them.
-  [[nodiscard]] std::optional<std::size_t> takeLongLength(std::size_t bytes) noexcept;
+  /// takeLongElement does the same for an element whose length has the long form. It stands apart so that the short
+  /// form, which most have, is read without a call.
+  [[nodiscard]] std::optional<Element> takeLongElement() noexcept;
 
   std::span<const std::uint8_t> rest_;
 };
@@ -61,12 +62,8 @@ inline std::optional<BerReader::Element> BerReader::takeElement() noexcept {
   BerReader ahead = *this;
   const auto head = ahead.take(2);
   if (!head) return std::nullopt;
-  std::size_t length = (*head)[1];  // X.690, 8.1.3.4: short form
-  if (length >= 0x80) {
-    const auto longForm = ahead.takeLongLength(length & 0x7F);
-    if (!longForm) return std::nullopt;
-    length = *longForm;
-  }
+  const std::size_t length = (*head)[1];  // X.690, 8.1.3.4: short form
+  if (length >= 0x80) return takeLongElement();
   const auto content = ahead.take(length);
   if (!content) return std::nullopt;
   *this = ahead;

@@ -24,14 +24,15 @@ class CommInterface {
   /// initialize makes the transport ready; further calls change nothing.
   virtual int initialize() = 0;
 
-  /// broadcast sends one datagram to all hosts of the local networks.
+  /// broadcast sends one datagram to all hosts of the local networks; 0 when it went out to one network at least.
   virtual int broadcast(std::span<const std::uint8_t> data) = 0;
 
   /// transmit sends one datagram to the target's IPv4 address.
   virtual int transmit(const Target& target, std::span<const std::uint8_t> data) = 0;
 
-  /// receive waits for one datagram, from whomever, for (retries + 1) times the timeout at most, and puts it into the
-  /// buffer. `received` becomes its length; `sender`, when not null, the sender's address as text.
+  /// receive waits for one datagram for (retries + 1) times the timeout at most, and puts it into the buffer. From
+  /// whomever: an agent with several addresses may answer from another one than was asked, and to a broadcast all do.
+  /// `received` becomes its length; `sender`, when not null, the sender's address as text.
   virtual int receive(std::span<std::uint8_t> buffer, std::size_t& received, std::string* sender) = 0;
 
   virtual void setRetryCount(int count) = 0;

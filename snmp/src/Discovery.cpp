@@ -36,13 +36,12 @@ void deliver(const ReqRespPDU& question, std::span<const std::uint8_t> message, 
   onStatus(DetectionAnswered);
 }
 
-/// Hands over the answers that come in; how many datagrams there were.
-int collectAnswers(CommInterface& transport, const ReqRespPDU& question, std::chrono::seconds wait,
-                   const AnswerHandler& onAnswer, const StatusHandler& onStatus) {
+/// Hands over the answers that come in.
+void collectAnswers(CommInterface& transport, const ReqRespPDU& question, std::chrono::seconds wait,
+                    const AnswerHandler& onAnswer, const StatusHandler& onStatus) {
   using Clock = std::chrono::steady_clock;
   const auto end = Clock::now() + wait * kMaxWaits;
   std::array<std::uint8_t, MessageCodec::kMaxMessage> buffer;
-  int datagrams = 0;
   while (Clock::now() + wait <= end) {  // No wait begins that could last longer.
     std::size_t received = 0;
     std::string sender;
@@ -50,10 +49,8 @@ int collectAnswers(CommInterface& transport, const ReqRespPDU& question, std::ch
     // A single datagram that cannot be read is no reason to leave the others.
     if (status == StatusReceiveError) continue;
     if (status != StatusSuccess) break;
-    ++datagrams;
     deliver(question, std::span(buffer).first(received), sender, onAnswer, onStatus);
   }
-  return datagrams;
 }
 
 bool isAtOrBelow(std::string_view oid, std::string_view root) {
@@ -90,12 +87,10 @@ int askEveryone(ReqRespPDU& pdu, EnumPDUType type, const char* community, int se
     if (transport->initialize() != StatusSuccess) continue;
     transport->setRetryCount(0);
     transport->setTimeout(seconds);
-    const int status = transport->broadcast(std::span(buffer).first(static_cast<std::size_t>(length)));
-    // Where some networks could not be reached, the others are listened to all the same.
-    if (status != StatusSuccess && status != StatusBroadcastSendError) continue;
+    if (transport->broadcast(std::span(buffer).first(static_cast<std::size_t>(length))) != StatusSuccess) continue;
+    reached = true;
     onStatus(DetectionStarted);
-    const int datagrams = collectAnswers(*transport, pdu, std::chrono::seconds(seconds), onAnswer, onStatus);
-    reached = reached || status == StatusSuccess || datagrams > 0;
+    collectAnswers(*transport, pdu, std::chrono::seconds(seconds), onAnswer, onStatus);
   }
   onStatus(reached ? DetectionFinished : DetectionFailed);
   return reached ? StatusSuccess : StatusBroadcastError;

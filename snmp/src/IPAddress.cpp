@@ -4,7 +4,13 @@
 
 #include "OwnedText.h"
 
+IPAddress::IPAddress() noexcept = default;
 IPAddress::IPAddress(const char* text) noexcept { setValue(text); }
+IPAddress::IPAddress(const IPAddress& other) = default;
+IPAddress::IPAddress(IPAddress&& other) noexcept = default;
+IPAddress& IPAddress::operator=(const IPAddress& other) = default;
+IPAddress& IPAddress::operator=(IPAddress&& other) noexcept = default;
+IPAddress::~IPAddress() = default;
 
 EnumDataType IPAddress::getDataType() const noexcept { return DataTypeIPAddress; }
 const char* IPAddress::toString() const noexcept { return text_.c_str(); }

@@ -100,6 +100,7 @@ int IPInterface::transmitTo(const char* address, std::span<const std::uint8_t> d
 
   ReadySet ready;
   if (const int status = wait(WaitFor::Writable, ready); status != StatusSuccess) return status;
+  // From each, as only the answer tells which local address leads to the agent.
   bool sent = false;
   for (std::size_t i = 0; i < sockets_.size(); ++i) {
     if (ready[i] && fits(sockets_[i]) && sockets_[i].sendTo(data, agent)) sent = true;
@@ -120,11 +121,12 @@ int IPInterface::broadcast(std::span<const std::uint8_t> data) {
 
   ReadySet ready;
   if (const int status = wait(WaitFor::Writable, ready); status != StatusSuccess) return status;
-  bool sentAll = true;
-  for (std::size_t i = 0; i < sockets_.size(); ++i) {
-    if (!sockets_[i].sendTo(data, sockets_[i].family() == Family::IPv6 ? allNodes : everyone)) sentAll = false;
+  // An adapter that leads nowhere does not keep the others from being heard.
+  bool sent = false;
+  for (Socket& socket : sockets_) {
+    if (socket.sendTo(data, socket.family() == Family::IPv6 ? allNodes : everyone)) sent = true;
   }
-  return sentAll ? StatusSuccess : StatusBroadcastSendError;
+  return sent ? StatusSuccess : StatusBroadcastSendError;
 }
 
 int IPInterface::receive(std::span<std::uint8_t> buffer, std::size_t& received, std::string* sender) {

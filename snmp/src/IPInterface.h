@@ -18,8 +18,8 @@ class IPInterface : public CommInterface {
   /// cannot be made non-blocking, -32 when the machine's addresses cannot be looked up.
   int initialize() override;
 
-  /// broadcast sends to 255.255.255.255 and ff02::1: -32 before `initialize`, -36 without data, -38, -39 when one of
-  /// the sockets could not send, -40, -41 and -43 as `transmit`.
+  /// broadcast sends to 255.255.255.255 and ff02::1: -32 before `initialize`, -36 without data, -38, -39 when none of
+  /// the sockets could send, -40, -41 and -43 as `transmit`.
   int broadcast(std::span<const std::uint8_t> data) override;
 
   /// transmit and transmitTo: -32 before `initialize`; -40 without address or data, for an address that is not numeric

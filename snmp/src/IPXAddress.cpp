@@ -11,8 +11,12 @@ constexpr std::size_t kNodeDigits = 12;
 
 }  // namespace
 
+IPXAddress::IPXAddress() noexcept = default;
 IPXAddress::IPXAddress(const char* text) noexcept { setValue(text); }
 IPXAddress::IPXAddress(const char* network, const char* node) noexcept { setValue(network, node); }
+IPXAddress::IPXAddress(const IPXAddress& other) noexcept = default;
+IPXAddress& IPXAddress::operator=(const IPXAddress& other) noexcept = default;
+IPXAddress::~IPXAddress() = default;
 
 EnumDataType IPXAddress::getDataType() const noexcept { return DataTypeNone; }
 const char* IPXAddress::toString() const noexcept { return text_; }

@@ -57,7 +57,13 @@ bool isAddress(std::string_view text) {
 
 }  // namespace
 
+IPv6Address::IPv6Address() noexcept = default;
 IPv6Address::IPv6Address(const char* text) noexcept { setValue(text); }
+IPv6Address::IPv6Address(const IPv6Address& other) = default;
+IPv6Address::IPv6Address(IPv6Address&& other) noexcept = default;
+IPv6Address& IPv6Address::operator=(const IPv6Address& other) = default;
+IPv6Address& IPv6Address::operator=(IPv6Address&& other) noexcept = default;
+IPv6Address::~IPv6Address() = default;
 
 // No tag of its own, on purpose: SNMPv1 knows IpAddress only.
 EnumDataType IPv6Address::getDataType() const noexcept { return DataTypeIPAddress; }

@@ -44,7 +44,8 @@ const char* asText(std::span<const std::uint8_t> bytes) {
 // ---- writing
 
 /// request-id, error-status and error-index are always one byte long, on purpose: the reading side expects them at
-/// fixed places, and so do old agents.
+/// fixed places, and so do old agents. A request-id of one byte is enough, as nothing tells requests apart by it: each
+/// operation has sockets, and so ports, of its own.
 void writeHeaderField(BerWriter& writer, int value) {
   writer.bytes(std::array{kTagInteger, std::uint8_t{1}, static_cast<std::uint8_t>(value)});
 }
@@ -75,7 +76,6 @@ bool writeOctetString(BerWriter& writer, const OctetString& value) {
 
 /// false when the value has no encoding.
 bool writeValue(BerWriter& writer, const SNMPDataType& value) {
-  const auto tag = static_cast<std::uint8_t>(value.getDataType());
   switch (value.getDataType()) {
     case DataTypeInteger:
       writer.integer(static_cast<const Integer&>(value).getValue());
@@ -90,9 +90,13 @@ bool writeValue(BerWriter& writer, const SNMPDataType& value) {
     case DataTypeIPAddress:
       return writeIPAddress(writer, value.toString());
     case DataTypeCounter:
+      writer.unsignedNumber(DataTypeCounter, static_cast<const Counter&>(value).getValue());
+      return true;
     case DataTypeGauge:
+      writer.unsignedNumber(DataTypeGauge, static_cast<const Gauge&>(value).getValue());
+      return true;
     case DataTypeTimeTicks:
-      writer.unsignedNumber(tag, static_cast<const UnsignedNumber&>(value).getValue());
+      writer.unsignedNumber(DataTypeTimeTicks, static_cast<const TimeTicks&>(value).getValue());
       return true;
     case DataTypeNone:
       break;
@@ -117,6 +121,8 @@ bool fill(Integer& value, BerReader content) {
   return number && value.setValue(*number) == StatusSuccess;
 }
 
+/// For `Counter`, `Gauge` and `TimeTicks`.
+template <typename UnsignedNumber>
 bool fill(UnsignedNumber& value, BerReader content) {
   const auto number = readUnsigned(content);
   return number && value.setValue(*number) == StatusSuccess;
@@ -227,8 +233,9 @@ int MessageCodec::encodePacket(ReqRespPDU& pdu, std::string_view community, std:
 }
 
 bool MessageCodec::readBinding(BerReader content, VarBind& slot) {
-  const auto name = content.enter(OIDCodec::kTag);
-  const auto element = name ? content.takeElement() : std::nullopt;
+  const auto name = content.takeElement();
+  if (!name || name->tag != OIDCodec::kTag) return false;
+  const auto element = content.takeElement();
   if (!element) return false;
   // What a set has sent comes back as the same type.
   if (slot.value_ && slot.value_->getDataType() != element->tag) return false;
@@ -239,7 +246,7 @@ bool MessageCodec::readBinding(BerReader content, VarBind& slot) {
   } else if (element->content.remaining() > 0) {  // X.690, 8.8.2: no content
     return false;
   }
-  if (!OIDCodec::read(*name, slot.name_)) return false;
+  if (!OIDCodec::read(name->content, slot.name_)) return false;
   // An IPv6Address, which no octets fit, stays and counts as read all the same, on purpose: an agent that echoes the
   // set of an address is not an error.
   if (slot.value_ && isIPv6Address(*slot.value_)) return true;
@@ -252,7 +259,8 @@ int MessageCodec::decodePacket(std::span<const std::uint8_t> message, ReqRespPDU
   auto content = enterMessage(message, kTagGetResponse);
   if (!content) return StatusGeneralError;
 
-  // Three fields of 02 01 nn each are assumed, on purpose, and only nn is read. The request-id is not compared.
+  // Three fields of 02 01 nn each are assumed, on purpose, and only nn is read: agents repeat the request-id as they
+  // got it, in one byte. It is not compared, since all requests have the same.
   const auto fields = content->take(9);
   if (!fields) return StatusGeneralError;
   pdu.requestId_ = (*fields)[2];
@@ -260,14 +268,15 @@ int MessageCodec::decodePacket(std::span<const std::uint8_t> message, ReqRespPDU
 
   auto list = content->enter(kTagSequence);
   if (!list) return StatusGeneralError;
+  const std::span<VarBind> slots(pdu.varBinds_);
   std::size_t decoded = 0;
-  for (std::size_t i = 0; i < pdu.varBinds_.size(); ++i) {
+  for (std::size_t i = 0; i < slots.size(); ++i) {
     const auto element = list->takeElement();
     if (!element) break;
     // A binding that cannot be read leaves its slot to the next one.
-    if (element->tag == kTagSequence && readBinding(element->content, pdu.varBinds_[decoded])) ++decoded;
+    if (element->tag == kTagSequence && readBinding(element->content, slots[decoded])) ++decoded;
   }
-  const bool complete = decoded == pdu.varBinds_.size() && pdu.errorStatus_ == 0;
+  const bool complete = decoded == slots.size() && pdu.errorStatus_ == 0;
   return complete ? StatusSuccess : StatusGeneralError;
 } catch (const std::bad_alloc&) {
   return StatusGeneralError;

@@ -14,13 +14,19 @@ bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
 }  // namespace
 
+OID::OID() noexcept = default;
 OID::OID(const char* text) noexcept { setValue(text); }
+OID::OID(const OID& other) = default;
+OID::OID(OID&& other) noexcept = default;
+OID& OID::operator=(OID&& other) noexcept = default;
+OID::~OID() = default;
 
 // A copy first: were memory to run out between text and encoding, the one would be sent and the other shown.
 OID& OID::operator=(const OID& other) { return *this = OID(other); }
 
 EnumDataType OID::getDataType() const noexcept { return DataTypeOID; }
 const char* OID::toString() const noexcept { return text_.c_str(); }
+const char* OID::getValue() const noexcept { return text_.c_str(); }
 int OID::isValid() const noexcept { return StatusSuccess; }
 
 int OID::setValue(const char* text) noexcept try {

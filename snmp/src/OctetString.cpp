@@ -14,7 +14,13 @@ std::span<const std::uint8_t> asBytes(const void* data, std::size_t length) {
 
 }  // namespace
 
+OctetString::OctetString() noexcept = default;
 OctetString::OctetString(const void* data, std::uint64_t length) noexcept { setValue(data, length); }
+OctetString::OctetString(const OctetString& other) = default;
+OctetString::OctetString(OctetString&& other) noexcept = default;
+OctetString& OctetString::operator=(const OctetString& other) = default;
+OctetString& OctetString::operator=(OctetString&& other) noexcept = default;
+OctetString::~OctetString() = default;
 
 EnumDataType OctetString::getDataType() const noexcept { return DataTypeOctetString; }
 const char* OctetString::toString() const noexcept { return bytes_.c_str(); }

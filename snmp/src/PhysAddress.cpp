@@ -14,7 +14,11 @@ int checkText(const char* text) {
 
 }  // namespace
 
+PhysAddress::PhysAddress() noexcept = default;
 PhysAddress::PhysAddress(const char* text) noexcept { setValue(text); }
+PhysAddress::PhysAddress(const PhysAddress& other) noexcept = default;
+PhysAddress& PhysAddress::operator=(const PhysAddress& other) noexcept = default;
+PhysAddress::~PhysAddress() = default;
 
 EnumDataType PhysAddress::getDataType() const noexcept { return DataTypeNone; }
 const char* PhysAddress::toString() const noexcept { return text_; }

@@ -3,7 +3,22 @@
 #include <new>
 #include <utility>
 
-ReqRespPDU::ReqRespPDU(const VarBind* list, int count) { setVarBindList(list, count); }
+ReqRespPDU::ReqRespPDU() noexcept = default;
+ReqRespPDU::ReqRespPDU(const ReqRespPDU& other) = default;
+ReqRespPDU::ReqRespPDU(ReqRespPDU&& other) noexcept = default;
+ReqRespPDU& ReqRespPDU::operator=(const ReqRespPDU& other) = default;
+ReqRespPDU& ReqRespPDU::operator=(ReqRespPDU&& other) noexcept = default;
+ReqRespPDU::~ReqRespPDU() = default;
+ReqRespPDU::ReqRespPDU(const VarBind* list, int count) noexcept { setVarBindList(list, count); }
+
+VarBind* ReqRespPDU::getVarBindList() noexcept { return varBinds_.data(); }
+const VarBind* ReqRespPDU::getVarBindList() const noexcept { return varBinds_.data(); }
+int ReqRespPDU::getVarBindCount() const noexcept { return static_cast<int>(varBinds_.size()); }
+VarBind& ReqRespPDU::getVarBind(unsigned index) noexcept { return varBinds_[index]; }
+const VarBind& ReqRespPDU::getVarBind(unsigned index) const noexcept { return varBinds_[index]; }
+EnumPDUType ReqRespPDU::getPDUType() const noexcept { return type_; }
+int ReqRespPDU::getErrorStatus() const noexcept { return errorStatus_; }
+int ReqRespPDU::getErrorIndex() const noexcept { return errorIndex_; }
 
 int ReqRespPDU::setVarBindList(const VarBind* list, int count) noexcept try {
   if (isValidVarBindList(list, count) != StatusSuccess) return StatusInvalidVarBind;

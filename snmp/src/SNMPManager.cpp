@@ -12,6 +12,10 @@
 
 using ztsnmp::MessageCodec;
 
+SNMPManager::SNMPManager() noexcept = default;
+SNMPManager::SNMPManager(const SNMPManager& other) = default;
+SNMPManager& SNMPManager::operator=(const SNMPManager& other) = default;
+
 SNMPManager::~SNMPManager() {
   if (registered_ == 1) unregister();
 }

@@ -8,6 +8,7 @@
 #include <array>
 #include <charconv>
 #include <memory>
+#include <string>
 #include <string_view>
 #include <utility>
 
@@ -36,11 +37,21 @@ namespace {
 
 using GetAdaptersAddressesFunction = decltype(&GetAdaptersAddresses);
 
+/// Loads a library, and those that it needs, from the system folder and no other. By its path, since a Windows 7
+/// without KB2533623 does not know the flag that says so.
+HMODULE loadSystemLibrary(const wchar_t* name) {
+  std::array<wchar_t, MAX_PATH> folder{};
+  const UINT length = GetSystemDirectoryW(folder.data(), MAX_PATH);
+  if (length == 0 || length >= MAX_PATH) return nullptr;
+  const std::wstring path = std::wstring(folder.data(), length) + L'\\' + name;
+  return LoadLibraryExW(path.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
+}
+
 /// Looked up once. The library is not linked, since most runs never meet a link-local address and are spared loading
 /// it.
 GetAdaptersAddressesFunction findGetAdaptersAddresses() {
   static const GetAdaptersAddressesFunction function = [] {
-    const HMODULE library = LoadLibraryW(L"Iphlpapi.dll");
+    const HMODULE library = loadSystemLibrary(L"Iphlpapi.dll");
     const FARPROC address = library != nullptr ? GetProcAddress(library, "GetAdaptersAddresses") : nullptr;
     // By way of void*: compilers warn of a direct cast between function types.
     return reinterpret_cast<GetAdaptersAddressesFunction>(reinterpret_cast<void*>(address));
@@ -55,7 +66,13 @@ struct CloseHandleOf {
 }  // namespace
 
 NativeSocket openNative(int family) {
-  return WSASocketW(family, SOCK_DGRAM, IPPROTO_UDP, nullptr, 0, WSA_FLAG_OVERLAPPED | WSA_FLAG_NO_HANDLE_INHERIT);
+  constexpr DWORD kFlags = WSA_FLAG_OVERLAPPED | WSA_FLAG_NO_HANDLE_INHERIT;
+  NativeSocket handle = WSASocketW(family, SOCK_DGRAM, IPPROTO_UDP, nullptr, 0, kFlags);
+  if (handle != INVALID_SOCKET) return handle;
+  // A Windows 7 without its first service pack does not know the flag.
+  handle = WSASocketW(family, SOCK_DGRAM, IPPROTO_UDP, nullptr, 0, WSA_FLAG_OVERLAPPED);
+  if (handle != INVALID_SOCKET) SetHandleInformation(reinterpret_cast<HANDLE>(handle), HANDLE_FLAG_INHERIT, 0);
+  return handle;
 }
 
 bool makeNonBlocking(NativeSocket handle) {

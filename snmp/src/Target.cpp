@@ -29,12 +29,29 @@ int storeAddress(Address& slot, const Address& address) {
 
 }  // namespace
 
+Target::Target() = default;
+Target::Target(const Target& other) = default;
+Target& Target::operator=(const Target& other) = default;
+Target::~Target() = default;
+
 Target::Target(const NetworkAddress& address) { setNetworkAddress(address); }
 
 Target::Target(const NetworkAddress& address, const char* readCommunity, const char* writeCommunity) : Target(address) {
   setReadCommunity(readCommunity);
   setWriteCommunity(writeCommunity);
 }
+
+const IPAddress& Target::getIPAddress() const noexcept { return ipAddress_; }
+const IPXAddress& Target::getIPXAddress() const noexcept { return ipxAddress_; }
+const PhysAddress& Target::getPhysAddress() const noexcept { return physAddress_; }
+int Target::getIPv6AddressCount() const noexcept { return ipv6AddressCount_; }
+int Target::getRetryCount() const noexcept { return retryCount_; }
+int Target::getTimeout() const noexcept { return timeout_; }
+const char* Target::getReadCommunity() const noexcept { return readCommunity_.c_str(); }
+const char* Target::getWriteCommunity() const noexcept { return writeCommunity_.c_str(); }
+bool Target::isAddressResolved() const noexcept { return resolved_; }
+void Target::setIPAddressOrder(int order) noexcept { order_ = order; }
+bool Target::needsResolution() const noexcept { return agentAddress_ && !resolved_; }
 
 int Target::setIPAddress(const IPAddress& address) noexcept { return storeAddress(ipAddress_, address); }
 int Target::setIPXAddress(const IPXAddress& address) noexcept { return storeAddress(ipxAddress_, address); }

@@ -56,6 +56,9 @@ VarBind& VarBind::operator=(const VarBind& other) {
   return *this = std::move(copy);
 }
 
+const OID& VarBind::getOID() const noexcept { return name_; }
+OID& VarBind::getOID() noexcept { return name_; }
+
 int VarBind::setOID(const OID& name) noexcept {
   try {
     name_ = name;
@@ -64,6 +67,8 @@ int VarBind::setOID(const OID& name) noexcept {
     return StatusGeneralError;
   }
 }
+
+bool VarBind::hasValue() const noexcept { return value_ != nullptr || holdsNull_; }
 
 const SNMPDataType& VarBind::getValue() const noexcept {
   if (value_) return *value_;

@@ -5,6 +5,9 @@
 ///   ZTSNMP_SHARED    when you link the import library or the shared object,
 ///   nothing          when you link the static library.
 /// ZTSNMP_BUILD is defined only while the exporting module itself is compiled.
+///
+/// An exported class has every operation declared here and defined in the sources, defaulted ones too: programs link
+/// each by its name, and a body in a header would bake the private fields into them.
 #if defined(_WIN32)
 #if defined(ZTSNMP_BUILD)
 #define ZTSNMP_API __declspec(dllexport)

@@ -8,8 +8,13 @@
 /// (RFC 1155, section 3.2.3.2).
 class ZTSNMP_API IPAddress : public NetworkAddress {
  public:
-  IPAddress() = default;
+  IPAddress() noexcept;
   explicit IPAddress(const char* text) noexcept;
+  IPAddress(const IPAddress& other);
+  IPAddress(IPAddress&& other) noexcept;
+  IPAddress& operator=(const IPAddress& other);
+  IPAddress& operator=(IPAddress&& other) noexcept;
+  ~IPAddress() override;
 
   [[nodiscard]] EnumDataType getDataType() const noexcept override;
   [[nodiscard]] const char* toString() const noexcept override;

@@ -5,9 +5,12 @@
 /// IPXAddress is an IPX address: 20 hexadecimal digits, 8 of the network number and 12 of the node number.
 class ZTSNMP_API IPXAddress : public NetworkAddress {
  public:
-  IPXAddress() = default;
+  IPXAddress() noexcept;
   explicit IPXAddress(const char* text) noexcept;
   IPXAddress(const char* network, const char* node) noexcept;
+  IPXAddress(const IPXAddress& other) noexcept;
+  IPXAddress& operator=(const IPXAddress& other) noexcept;
+  ~IPXAddress() override;
 
   [[nodiscard]] EnumDataType getDataType() const noexcept override;  ///< DataTypeNone
   [[nodiscard]] const char* toString() const noexcept override;

@@ -9,8 +9,13 @@
 /// holds one is left out of a set request.
 class ZTSNMP_API IPv6Address : public NetworkAddress {
  public:
-  IPv6Address() = default;
+  IPv6Address() noexcept;
   explicit IPv6Address(const char* text) noexcept;
+  IPv6Address(const IPv6Address& other);
+  IPv6Address(IPv6Address&& other) noexcept;
+  IPv6Address& operator=(const IPv6Address& other);
+  IPv6Address& operator=(IPv6Address&& other) noexcept;
+  ~IPv6Address() override;
 
   [[nodiscard]] EnumDataType getDataType() const noexcept override;  ///< DataTypeIPAddress
   [[nodiscard]] const char* toString() const noexcept override;

@@ -11,8 +11,13 @@ class ZTSNMP_API OctetString : public SNMPDataType {
   /// kMaxLength is the longest content in bytes.
   static constexpr std::uint64_t kMaxLength = 1024;
 
-  OctetString() = default;
+  OctetString() noexcept;
   OctetString(const void* data, std::uint64_t length) noexcept;
+  OctetString(const OctetString& other);
+  OctetString(OctetString&& other) noexcept;
+  OctetString& operator=(const OctetString& other);
+  OctetString& operator=(OctetString&& other) noexcept;
+  ~OctetString() override;
 
   [[nodiscard]] EnumDataType getDataType() const noexcept override;
 

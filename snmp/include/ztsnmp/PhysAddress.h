@@ -5,8 +5,11 @@
 /// PhysAddress is a 6-byte MAC address: 12 hexadecimal digits without separators.
 class ZTSNMP_API PhysAddress : public NetworkAddress {
  public:
-  PhysAddress() = default;
+  PhysAddress() noexcept;
   explicit PhysAddress(const char* text) noexcept;
+  PhysAddress(const PhysAddress& other) noexcept;
+  PhysAddress& operator=(const PhysAddress& other) noexcept;
+  ~PhysAddress() override;
 
   [[nodiscard]] EnumDataType getDataType() const noexcept override;  ///< DataTypeNone
   [[nodiscard]] const char* toString() const noexcept override;

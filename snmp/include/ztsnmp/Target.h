@@ -28,23 +28,27 @@ class ZTSNMP_API Target {
  public:
   static constexpr int kMaxIPv6Addresses = 10;
 
-  Target() = default;
+  Target();
+
+  /// The constructors from an address and communities never fail: an address that is not valid is left out, so that the
+  /// target is not valid (-23) until it gets one; a community that its setter refuses stays "public".
   explicit Target(const NetworkAddress& address);
   Target(const NetworkAddress& address, const char* readCommunity, const char* writeCommunity);
-  Target(const Target&) = default;
-  Target& operator=(const Target&) = default;
-  virtual ~Target() = default;
 
-  [[nodiscard]] const IPAddress& getIPAddress() const noexcept { return ipAddress_; }
+  Target(const Target& other);
+  Target& operator=(const Target& other);
+  virtual ~Target();
+
+  [[nodiscard]] const IPAddress& getIPAddress() const noexcept;
   int setIPAddress(const IPAddress& address) noexcept;  ///< -3
-  [[nodiscard]] const IPXAddress& getIPXAddress() const noexcept { return ipxAddress_; }
+  [[nodiscard]] const IPXAddress& getIPXAddress() const noexcept;
   int setIPXAddress(const IPXAddress& address) noexcept;  ///< -5
-  [[nodiscard]] const PhysAddress& getPhysAddress() const noexcept { return physAddress_; }
+  [[nodiscard]] const PhysAddress& getPhysAddress() const noexcept;
   int setPhysAddress(const PhysAddress& address) noexcept;  ///< -11
 
   /// getIPv6Address answers one of `getIPv6AddressCount` addresses, from index 0; an empty one for any other index.
   [[nodiscard]] const IPv6Address& getIPv6Address(int index) const noexcept;
-  [[nodiscard]] int getIPv6AddressCount() const noexcept { return ipv6AddressCount_; }
+  [[nodiscard]] int getIPv6AddressCount() const noexcept;
 
   /// setIPv6Address appends an address to those held: -3 when it is not valid, -1 when ten are held.
   int setIPv6Address(const IPv6Address& address) noexcept;
@@ -52,25 +56,25 @@ class ZTSNMP_API Target {
   /// setRetryCount sets how often a wait is repeated, 0 to 5, else -18. The request is not sent again: an operation
   /// waits at most (retries + 1) times the timeout for each address. Default 0.
   int setRetryCount(int count) noexcept;
-  [[nodiscard]] int getRetryCount() const noexcept { return retryCount_; }
+  [[nodiscard]] int getRetryCount() const noexcept;
 
   /// setTimeout sets the seconds of one wait, 1 to 60, else -19. Default 3.
   int setTimeout(int seconds) noexcept;
-  [[nodiscard]] int getTimeout() const noexcept { return timeout_; }
+  [[nodiscard]] int getTimeout() const noexcept;
 
   /// setReadCommunity and setWriteCommunity take 1 to 25 characters, else -51, null included. Default "public". The
   /// write community goes with `set`, the read community with everything else.
   int setReadCommunity(const char* community) noexcept;
   int setWriteCommunity(const char* community) noexcept;
-  [[nodiscard]] const char* getReadCommunity() const noexcept { return readCommunity_.c_str(); }
-  [[nodiscard]] const char* getWriteCommunity() const noexcept { return writeCommunity_.c_str(); }
+  [[nodiscard]] const char* getReadCommunity() const noexcept;
+  [[nodiscard]] const char* getWriteCommunity() const noexcept;
 
   /// setAgentAddress stores a host name or address that the next request resolves; -52 for null. Addresses already held
   /// stay: start with a fresh target for another agent.
   int setAgentAddress(const char* text) noexcept;
 
   /// isAddressResolved answers whether `ResolveAddress` has stored an address for the agent text.
-  [[nodiscard]] bool isAddressResolved() const noexcept { return resolved_; }
+  [[nodiscard]] bool isAddressResolved() const noexcept;
 
   /// ResolveAddress turns the agent text into addresses: a numeric one is stored as it stands, a name is looked up (the
   /// last IPv4 address and up to ten IPv6 addresses are kept). 0 when at least one address was stored; -30 when the
@@ -85,15 +89,16 @@ class ZTSNMP_API Target {
 
   /// setIPAddressOrder, getFirstAddress and getNextAddress walk the addresses in the order wanted (EnumAddressOrder; a
   /// walk in any other order is empty). The addresses belong to the target; null ends the walk.
-  /// With the default order and no IPv4 address, the walk visits the first IPv6 address twice and the last one never.
-  /// Programs depend on it; choose OrderIPv6Only for a target with IPv6 addresses alone.
-  void setIPAddressOrder(int order) noexcept { order_ = order; }
+  /// With the default order, no IPv4 address and several IPv6 addresses, the walk visits the first of these twice and
+  /// the last one never; a single one is visited once. Programs depend on it; choose OrderIPv6Only for a target with
+  /// IPv6 addresses alone.
+  void setIPAddressOrder(int order) noexcept;
   [[nodiscard]] NetworkAddress* getFirstAddress() noexcept;
   [[nodiscard]] NetworkAddress* getNextAddress() noexcept;
 
  private:
   friend class SNMPManager;
-  [[nodiscard]] bool needsResolution() const noexcept { return agentAddress_ && !resolved_; }
+  [[nodiscard]] bool needsResolution() const noexcept;
   int setNetworkAddress(const NetworkAddress& address) noexcept;
   [[nodiscard]] NetworkAddress* validIPAddress() noexcept;
   [[nodiscard]] NetworkAddress* ipv6AddressAt(int index) noexcept;

@@ -21,12 +21,12 @@ class ZTSNMP_API VarBind {
   VarBind& operator=(VarBind&& other) noexcept;
   ~VarBind();
 
-  [[nodiscard]] const OID& getOID() const noexcept { return name_; }
-  [[nodiscard]] OID& getOID() noexcept { return name_; }
+  [[nodiscard]] const OID& getOID() const noexcept;
+  [[nodiscard]] OID& getOID() noexcept;
   int setOID(const OID& name) noexcept;  ///< 0; -1 when memory runs out
 
   /// hasValue answers whether there is a value at all.
-  [[nodiscard]] bool hasValue() const noexcept { return value_ != nullptr || holdsNull_; }
+  [[nodiscard]] bool hasValue() const noexcept;
 
   /// getValue answers the value; a `Null` when there is none. The reference holds until the binding's value is
   /// replaced, which every request does. `getDataType` tells the class to cast it to:

@@ -6,10 +6,12 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <string>
 #include <string_view>
 
 #include "Hex.h"
 #include "IPInterface.h"
+#include "ztsnmp/SNMPManager.h"
 
 namespace {
 
@@ -48,6 +50,28 @@ TEST(Adapters, OfOneLinkLocalAddressAreToldApart) {
     EXPECT_EQ(transport.receive(buffer, received, nullptr), 0);
   }
   EXPECT_EQ(std::system("ip link del near && ip addr del fe80::a1/64 dev lo"), 0);
+}
+
+// "near" has an address, and no way to all hosts; the loopback has one, where nobody answers.
+TEST(Adapters, ThatReachNobodyDoNotFailABroadcast) {
+  static std::string told;
+  SNMPManager manager;
+  ReqRespPDU pdu;
+  pdu.addVarBind(VarBind{OID("1.3.6.1")});
+  const auto ignore = [](ReqRespPDU&, NetworkAddress*) {};
+  const auto keep = [](EnumDetectionStatType status) { told += std::to_string(status); };
+  int count = 0;
+  IPAddress none;
+  EXPECT_EQ(std::system("ip link add near type veth peer name far && ip link set near addrgenmode none up &&"
+                        "ip addr add fe80::a1/64 dev near nodad && ip addr del 127.0.0.1/8 dev lo &&"
+                        "ip -6 route del multicast ff00::/8 dev near table local"),
+            0);
+  EXPECT_EQ(manager.broadcast(pdu, nullptr, ignore, keep, 1), -57);
+  EXPECT_EQ(std::system("ip addr add 127.0.0.1/8 dev lo"), 0);
+  EXPECT_EQ(manager.broadcast(pdu, nullptr, ignore, keep, 1), 0);
+  EXPECT_EQ(manager.detectHPPrinters(&none, &count), 0);
+  EXPECT_EQ(told, "302");  // failed, without a wait; started, finished
+  EXPECT_EQ(std::system("ip link del near"), 0);
 }
 
 }  // namespace

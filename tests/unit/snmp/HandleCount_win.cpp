@@ -1,8 +1,18 @@
+#include <winsock2.h>
+// winsock2.h must come first.
 #include <windows.h>
 
 #include <cstdint>
 
 #include "HandleCount.h"
+
+// Plays a Windows 7 that does not know the flag against inheritance; the library's import leads here.
+static SOCKET WSAAPI openSocket(int family, int type, int protocol, WSAPROTOCOL_INFOW*, GROUP, DWORD flags) {
+  return (flags & WSA_FLAG_NO_HANDLE_INHERIT) != 0 ? INVALID_SOCKET : socket(family, type, protocol);
+}
+extern "C" {
+decltype(&openSocket) __imp_WSASocketW = openSocket;
+}
 
 unsigned long handleCount() {
   DWORD count = 0;

@@ -75,6 +75,9 @@ TEST_F(NetworkTest, BadInputSendsNothing) {
   EXPECT_EQ(manager.get(empty, target), -8);
   pdu.getVarBind(0).setValue(OctetString());
   EXPECT_EQ(manager.set(pdu, target), -58);
+  for (int i = 0; i < 200; ++i) empty.addVarBind(VarBind{OID("1.3.6.1.2.1.43.11.1.1.6.1")});
+  EXPECT_EQ(manager.get(empty, target), -53);  // it is too long now
+  EXPECT_EQ(empty.getErrorStatus(), 0);
   EXPECT_TRUE(agent.requests().empty());
 }
 
