@@ -18,76 +18,68 @@ class FakePrinter : public KVFPrinter {
  public:
   explicit FakePrinter(std::string_view deviceID) { AdoptDeviceID(deviceID); }
 
-  bool opens = true;
   bool usb = false;
   bool memory = true;
+  HResult result = HResult::Ok;          // of opening, collecting, setting
+  HResult identityResult = HResult::Ok;  // of what is read from the device ID
   std::optional<std::wstring> address = L"10.0.0.7";
   std::optional<std::string> serialNumber = "SN7";
   std::optional<std::pair<std::uint32_t, std::uint32_t>> counters;
-  std::string extendedID;
-  HResult extendedResult = HResult::Ok;
-  HResult collectResult = HResult::Ok;
-  HResult protectionResult = HResult::Ok;
-  HResult countryResult = HResult::Ok;
-  HResult sbxResult = HResult::Ok;
   std::string codes;     // what a collection appends to the error text
   std::string document;  // what a collection of the protection record delivers
   std::vector<std::string> calls;
 
-  HResult Open() override {
-    calls.push_back("Open");
-    return opens ? HResult::Ok : HResult::Fail;
-  }
-  HResult GetStatusBlock(StatusBlock&) override { return HResult::Fail; }
-  HResult GetPortAddress(std::wstring& text) override {
-    if (!address) return HResult::Fail;
-    text = *address;
-    return HResult::Ok;
-  }
-  HResult GetFirmwareVersion(std::string&) override { return HResult::Fail; }
-  HResult GetSupplyLevels(std::vector<SupplyEntry>&) override { return HResult::Fail; }
+  HResult Open() override { return Called("Open"); }
+  HResult GetPortAddress(std::wstring& text) override { return Give(address, text); }
   HResult GetZOLTInformation(ZOLTInformation& record, std::string& errorText) override {
-    calls.push_back("GetZOLTInformation " + record.DeviceDocument());
     record.SetModelName("collected");
     errorText += codes;
-    return collectResult;
+    return Called("GetZOLTInformation " + record.DeviceDocument());
   }
   HResult GetPPAInformation(PPAInformation& record, std::string& errorText) override {
-    calls.push_back("GetPPAInformation");
     if (!memory) throw std::bad_alloc();
     record.SetDeviceDocument(document);
     errorText += codes;
-    return collectResult;
+    return Called("GetPPAInformation");
   }
-  HResult GetDeviceID(std::string&) override { return HResult::Fail; }
   HResult GetPageCounters(std::uint32_t& largest, std::uint32_t& total) override {
-    if (!counters) return HResult::Fail;
-    std::tie(largest, total) = *counters;
-    return HResult::Ok;
+    std::pair<std::uint32_t, std::uint32_t> both{largest, total};
+    const HResult given = Give(counters, both);
+    std::tie(largest, total) = both;
+    return given;
   }
   HResult GetCountryIndex(std::string& text) override {
-    if (countryResult != HResult::Ok) return countryResult;
-    return KVFPrinter::GetCountryIndex(text);
+    return identityResult == HResult::Ok ? KVFPrinter::GetCountryIndex(text) : identityResult;
   }
   HResult GetExtendedDeviceID(std::string& text) override {
-    text = extendedID;
-    return extendedResult;
+    text = "CMD:A,B;";
+    return identityResult;
   }
-  HResult SetProtection(bool on) override {
-    calls.push_back(on ? "SetProtection(on)" : "SetProtection(off)");
-    return protectionResult;
-  }
+  HResult SetProtection(bool on) override { return Called(on ? "SetProtection(on)" : "SetProtection(off)"); }
   HResult GetSBXState(std::uint32_t* state) override {
-    return sbxResult == HResult::Ok ? KVFPrinter::GetSBXState(state) : sbxResult;
+    return identityResult == HResult::Ok ? KVFPrinter::GetSBXState(state) : identityResult;
   }
   bool IsUSB() const override { return usb; }
+
+  // The provider asks for none of these.
+  HResult GetStatusBlock(StatusBlock&) override { return HResult::Fail; }
+  HResult GetFirmwareVersion(std::string&) override { return HResult::Fail; }
+  HResult GetSupplyLevels(std::vector<SupplyEntry>&) override { return HResult::Fail; }
+  HResult GetDeviceID(std::string&) override { return HResult::Fail; }
 
  private:
   HResult ReadSerialNumber(std::string& text) override {
     calls.push_back("ReadSerialNumber");
-    if (!serialNumber) return HResult::Fail;
-    text = *serialNumber;
-    return HResult::Ok;
+    return Give(serialNumber, text);
+  }
+  HResult Called(std::string call) {
+    calls.push_back(std::move(call));
+    return result;
+  }
+  template <class Value>
+  static HResult Give(const std::optional<Value>& given, Value& out) {
+    if (given) out = *given;
+    return given ? HResult::Ok : HResult::Fail;
   }
 };
 

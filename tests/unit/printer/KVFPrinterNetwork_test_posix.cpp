@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "Hex.h"
 #include "KVFPrinterNetwork.h"
 #include "PPAInformation.h"
 #include "SNMPPeer.h"
@@ -90,31 +91,25 @@ class KVFPrinterNetworkTest : public testing::Test {
 TEST_F(KVFPrinterNetworkTest, DeviceIDs) {
   const std::string endless = "MDL:c;" + std::string(1100, 'x');  // more than the library takes
   const struct {
-    const char* standard;  // null: the printer has no such object
-    const char* makers;
-    HResult result;
-    const char* model;
+    std::optional<std::string> standard;
+    std::optional<std::string> makers;
+    const char* model;  // "old": none
   } rows[] = {
-      {"MDL:a;", "MDL:b;", HResult::Ok, "a"},
-      {nullptr, "MDL:b;", HResult::Ok, "b"},
-      {"", "MDL:b;", HResult::Ok, "b"},
-      {endless.c_str(), "MDL:b;", HResult::Ok, "b"},
-      {"MDL:a;", endless.c_str(), HResult::Ok, "a"},
-      {nullptr, nullptr, HResult::Fail, "old"},
-      {"", "", HResult::Fail, "old"},
+      {"MDL:a;", "MDL:b;", "a"}, {std::nullopt, "MDL:b;", "b"}, {"", "MDL:b;", "b"},
+      {endless, "MDL:b;", "b"},  {"MDL:a;", endless, "a"},      {"", std::nullopt, "old"},
   };
   for (const auto& row : rows) {
     peer.Clear();
     peer.requests.clear();
-    if (row.standard) peer.Set(kStandardID, row.standard);
-    if (row.makers) peer.Set(kMakersID, row.makers);
+    if (row.standard) peer.Set(kStandardID, *row.standard);
+    if (row.makers) peer.Set(kMakersID, *row.makers);
     KVFPrinterNetwork printer(L"127.0.0.1", fetch);
     TraceCapture trace;
-    EXPECT_EQ(printer.Open(), row.result);
-    EXPECT_EQ(trace.Has("3 printer answers without a device ID : 127.0.0.1"), row.result == HResult::Fail);
     text = "old";
-    EXPECT_EQ(printer.GetModelName(text), row.result);
+    const HResult opened = printer.Open();
+    EXPECT_EQ(printer.GetModelName(text), opened);
     EXPECT_EQ(text, row.model);
+    EXPECT_EQ(trace.Has("3 printer answers without a device ID : 127.0.0.1"), text == "old");
     EXPECT_EQ(peer.requests.front(), "get " + kStandardID + " " + kMakersID);
   }
   peer.requests.clear();
@@ -132,16 +127,13 @@ TEST_F(KVFPrinterNetworkTest, ExtendedDeviceIDIsMerged) {
 }
 
 TEST_F(KVFPrinterNetworkTest, StatusBlock) {
-  KVFPrinterNetwork printer = Opened();
   StatusBlock status;
-  EXPECT_EQ(printer.GetStatusBlock(status), HResult::Fail);
+  EXPECT_EQ(Opened().GetStatusBlock(status), HResult::Fail);
   peer.Set(kStatusBlock, "1234567");
-  EXPECT_EQ(printer.GetStatusBlock(status), HResult::Ok);
+  EXPECT_EQ(Opened().GetStatusBlock(status), HResult::Ok);
   EXPECT_FALSE(status.valid);
-  peer.Set(kStatusBlock, std::string("1234\0"
-                                     "678",
-                                     8));
-  EXPECT_EQ(printer.GetStatusBlock(status), HResult::Ok);
+  peer.Set(kStatusBlock, fromHex("04 08 31 32 33 34 00 36 37 38"));
+  EXPECT_EQ(Opened().GetStatusBlock(status), HResult::Ok);
   EXPECT_TRUE(status.valid);
   EXPECT_THAT(status.bytes, ElementsAre('1', '2', '3', '4', 0, '6', '7', '8'));
 }
@@ -158,9 +150,7 @@ TEST_F(KVFPrinterNetworkTest, PageCounters) {
       {{10, 30, 20}, {5, 6}, HResult::Fail, 7, 7},
       {{}, {}, HResult::Ok, 0, 0},
       {{-2}, {-1}, HResult::Ok, 0xFFFFFFFE, 0xFFFFFFFF},  // codes, not 0 pages
-      {{-2, 5}, {1, 2}, HResult::Ok, 5, 3},
       {{-2, 3000000000, 7}, {3000000000, 1, 0}, HResult::Ok, 3000000000, 3000000001},
-      {{2147483647}, {2147483647}, HResult::Ok, 2147483647, 2147483647},
   };
   KVFPrinterNetwork printer = Opened();
   for (const auto& row : rows) {
@@ -174,24 +164,24 @@ TEST_F(KVFPrinterNetworkTest, PageCounters) {
   }
 }
 
-TEST_F(KVFPrinterNetworkTest, SupplyUnit) {
-  const struct {
-    std::string erased;
-    HResult result;
-    std::vector<SupplyEntry> units;
-  } rows[] = {
-      {"1.1",
-       HResult::Ok,
-       {{SupplyKind::Unit, {{SupplyAttribute::UnitIBL, "3000000000"}, {SupplyAttribute::UnitTTime, "22"}}}}},
-      {kIBL, HResult::Fail, {{SupplyKind::Unit, {{SupplyAttribute::UnitTTime, "22"}}}}},
-      {kTTime, HResult::Fail, {}},
-  };
-  for (const auto& row : rows) {
-    peer.Erase(row.erased);
-    std::vector<SupplyEntry> units;
-    EXPECT_EQ(Opened().GetSupplyUnitInfo(units), row.result);
-    EXPECT_EQ(units, row.units);
-  }
+TEST_F(KVFPrinterNetworkTest, SingleReadings) {
+  const SupplyEntry unit{SupplyKind::Unit,
+                         {{SupplyAttribute::UnitIBL, "3000000000"}, {SupplyAttribute::UnitTTime, "22"}}};
+  KVFPrinterNetwork printer = Opened();
+  std::vector<SupplyEntry> supplies;
+  EXPECT_EQ(printer.GetSupplyUnitInfo(supplies), HResult::Ok);
+  EXPECT_THAT(supplies, ElementsAre(unit));
+  for (const std::string& name : {kIBL, PublicColumn(5) + ".1.2"}) peer.Erase(name);
+  supplies.clear();
+  EXPECT_EQ(printer.GetSupplyUnitInfo(supplies), HResult::Fail);
+  EXPECT_THAT(supplies, ElementsAre(SupplyEntry{SupplyKind::Unit, {{SupplyAttribute::UnitTTime, "22"}}}));
+  EXPECT_EQ(printer.GetSupplyLevels(supplies), HResult::Fail);
+  EXPECT_EQ(supplies.size(), 1u);
+  peer.Set(kInstalledDate, "no date");
+  text = "old";
+  EXPECT_EQ(printer.GetInstalledDate(text), HResult::Fail);
+  EXPECT_EQ(text, "old");
+  EXPECT_EQ(printer.SetProtection(true), HResult::NotImplemented);
 }
 
 TEST_F(KVFPrinterNetworkTest, RecordOfAColourPrinter) {
@@ -228,13 +218,9 @@ TEST_F(KVFPrinterNetworkTest, Gaps) {
     std::size_t counters;
   } rows[] = {
       {"ok/no toner pub", [&] { peer.Erase(PublicColumn(5) + ".1.2"); }, 0, 1},
-      {"ok/no toner pub", [&] { peer.Erase(PublicColumn(8) + ".1.2"); }, 0, 1},
       {"ok/no toner pub", [&] { peer.Set(PublicColumn(9) + ".1.1", "40"); }, 0, 1},  // no number
-      {"ok/no toner prv", [&] { peer.Erase(TonerColumn(2) + ".1.2"); }, 0, 1},
-      {"ok/no toner prv", [&] { peer.Set(TonerColumn(5) + ".1.1", 5); }, 0, 1},  // no text
-      {"ok/no toner prv", [&] { peer.Set(TonerColumn(6) + ".1.1", 5); }, 0, 1},
+      {"ok/no toner prv", [&] { peer.Set(TonerColumn(5) + ".1.1", 5); }, 0, 1},      // no text
       {"ok/no toner prv", [&] { peer.Erase(TonerColumn(7) + ".1.2"); }, 0, 1},
-      {"ok/no toner prv", [&] { peer.Erase(TonerColumn(10) + ".1.2"); }, 0, 1},
       {"ok/modelid missing", [&] { peer.Erase(TonerColumn(19) + ".1.2"); }, 2, 2},
       {"ok/unknown color", [&] { peer.Set(TonerColumn(2) + ".1.2", 19); }, 1, 1},  // a mono printer now
       {"ok/no instdate", [&] { peer.Set(kInstalledDate, ""); }, 2, 2},
@@ -257,19 +243,6 @@ TEST_F(KVFPrinterNetworkTest, Gaps) {
     EXPECT_EQ(record.Toners().size(), row.toners) << row.result;
     EXPECT_EQ(record.CounterValues().size(), row.counters) << row.result;
   }
-}
-
-TEST_F(KVFPrinterNetworkTest, SingleReadingsFailWithoutAChange) {
-  peer.Erase(PublicColumn(5) + ".1.2");
-  peer.Set(kInstalledDate, "no date");
-  KVFPrinterNetwork printer = Opened();
-  std::vector<SupplyEntry> supplies;
-  text = "old";
-  EXPECT_EQ(printer.GetSupplyLevels(supplies), HResult::Fail);
-  EXPECT_EQ(printer.GetInstalledDate(text), HResult::Fail);
-  EXPECT_EQ(printer.SetProtection(true), HResult::NotImplemented);
-  EXPECT_THAT(supplies, IsEmpty());
-  EXPECT_EQ(text, "old");
 }
 
 TEST_F(KVFPrinterNetworkTest, UsageDocumentOfThePrinter) {

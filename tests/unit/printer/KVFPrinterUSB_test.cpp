@@ -72,18 +72,7 @@ class KVFPrinterUSBTest : public testing::Test {
   TraceCapture trace;
 };
 
-TEST_F(KVFPrinterUSBTest, OpenReadsTheDeviceIDOnce) {
-  EXPECT_EQ(printer->Open(), HResult::Ok);
-  EXPECT_EQ(Traced(), (Lines{"4 EXT is not supported", "4 MPS not supported"}));
-  std::string text;
-  EXPECT_EQ(printer->GetDeviceID(text), HResult::Ok);
-  EXPECT_EQ(text, *device.deviceID);
-  EXPECT_THAT(Log(), ElementsAre("open", "device id", "close"));
-  EXPECT_EQ(printer->GetModelFamilyName(text), HResult::Ok);
-  EXPECT_EQ(text, "PHZ");
-}
-
-TEST_F(KVFPrinterUSBTest, OpenWithoutADeviceID) {
+TEST_F(KVFPrinterUSBTest, Open) {
   for (const std::optional<std::string>& answer : {std::optional<std::string>(), std::optional<std::string>("")}) {
     device.deviceID = answer;
     EXPECT_EQ(printer->Open(), HResult::Fail);
@@ -92,10 +81,23 @@ TEST_F(KVFPrinterUSBTest, OpenWithoutADeviceID) {
   device.opens = false;
   EXPECT_EQ(printer->Open(), HResult::Fail);
   EXPECT_THAT(trace.debug, ElementsAre("Can't open"));
+  Traced();
+
+  device.opens = true;
+  device.deviceID = "CMD:ZOLT;MDL:Velnora PHZ-1;CLS:" + std::string(1024 - 31, 'x');  // fills its room
+  Log();
+  EXPECT_EQ(printer->Open(), HResult::Ok);
+  EXPECT_EQ(Traced(), (Lines{"4 EXT is not supported", "4 MPS not supported"}));
+  std::string text;
+  EXPECT_EQ(printer->GetDeviceID(text), HResult::Ok);
+  EXPECT_EQ(text, *device.deviceID);
+  EXPECT_THAT(Log(), ElementsAre("open", "device id", "close"));  // read once
+  EXPECT_EQ(printer->GetModelFamilyName(text), HResult::Ok);
+  EXPECT_EQ(text, "PHZ");
 }
 
 TEST_F(KVFPrinterUSBTest, ExtendedID) {
-  Announce("ZOLT,EXT");
+  Announce("PJL,EXT");
   EXPECT_EQ(printer->Open(), HResult::Ok);
   EXPECT_EQ(Traced(), (Lines{"4 can't get EXT", "4 MPS not supported"}));
   device.opensUntilFailure = 1;
@@ -104,7 +106,6 @@ TEST_F(KVFPrinterUSBTest, ExtendedID) {
   EXPECT_EQ(Traced(), (Lines{"4 can't open device path", "4 MPS not supported"}));
 
   device.opensUntilFailure = 100;
-  Announce("PJL,EXT");
   device.Reply(kUSBExtendedDeviceID, std::string("CMD:ZOLT,SBXOFF;\0CMD:X;", 23));
   Plug();
   Log();
@@ -141,56 +142,47 @@ TEST_F(KVFPrinterUSBTest, WakeSequence) {
   }
 }
 
-TEST_F(KVFPrinterUSBTest, StatusAndSupplies) {
+TEST_F(KVFPrinterUSBTest, StatusSuppliesAndCounters) {
   OpenQuietly();
   StatusBlock status;
   std::vector<SupplyEntry> supplies;
+  std::uint32_t largest = 7;
+  std::uint32_t total = 7;
   EXPECT_EQ(printer->GetStatusBlock(status), HResult::NotImplemented);
   EXPECT_EQ(printer->GetSupplyLevels(supplies), HResult::NotImplemented);
+  EXPECT_EQ(printer->GetPageCounters(largest, total), HResult::NotImplemented);
   EXPECT_FALSE(status.valid);
 
+  std::string block(255, '\0');
+  block[3] = 9;
+  block[15] = 5;
   device.Reply(kUSBStatus, "\x01\x02\x03\x04\x05\x06\x07\x08");
+  device.Reply(kUSBCounters, block.substr(0, 254));
+  device.Reply(kUSBCounters, block);
   EXPECT_EQ(printer->GetStatusBlock(status), HResult::Ok);
   EXPECT_TRUE(status.valid);
   EXPECT_THAT(status.bytes, ElementsAre(1, 2, 3, 4, 5, 6, 7, 8));
   EXPECT_EQ(printer->GetSupplyLevels(supplies), HResult::Ok);
   EXPECT_EQ(supplies.size(), 4u);
-
+  EXPECT_EQ(printer->GetPageCounters(largest, total), HResult::Fail);
+  EXPECT_EQ(std::pair(largest, total), std::pair(7u, 7u));
+  EXPECT_EQ(printer->GetPageCounters(largest, total), HResult::Ok);
+  EXPECT_EQ(std::pair(largest, total), std::pair(5u, 9u));
   device.opens = false;
   EXPECT_EQ(printer->GetStatusBlock(status), HResult::Fail);
 }
 
-TEST_F(KVFPrinterUSBTest, PageCounters) {
-  std::string block(255, '\0');
-  block[3] = 9;
-  block[15] = 5;
-  std::uint32_t largest = 7;
-  std::uint32_t total = 7;
-  EXPECT_EQ(printer->GetPageCounters(largest, total), HResult::NotImplemented);
-  device.Reply(kUSBCounters, block.substr(0, 254));
-  EXPECT_EQ(printer->GetPageCounters(largest, total), HResult::Fail);
-  EXPECT_EQ(std::pair(largest, total), std::pair(7u, 7u));
-  device.replies.clear();
-  device.Reply(kUSBCounters, block);
-  EXPECT_EQ(printer->GetPageCounters(largest, total), HResult::Ok);
-  EXPECT_EQ(std::pair(largest, total), std::pair(5u, 9u));
-}
-
 TEST_F(KVFPrinterUSBTest, SetProtection) {
-  const std::string on("ON\0\0\0\0\0\0", 8);
-  const std::string off("OFF\0\0\0\0\0", 8);
   const struct {
     bool on;
     std::optional<std::string> reply;
     HResult result;
   } rows[] = {
-      {true, on, HResult::Ok},
-      {false, off, HResult::Ok},
-      {true, off, HResult::Fail},
+      {true, "ONxxxxxx", HResult::Ok},
+      {false, std::string("OFF\0\0\0\0\0", 8), HResult::Ok},
+      {true, std::string("OFF\0\0\0\0\0", 8), HResult::Fail},
       {false, std::string("OF\0\0\0\0\0\0", 8), HResult::Fail},
       {true, "ON", HResult::Fail},
-      {true, "ONxxxxxx", HResult::Ok},
-      {true, std::string(8, '\0'), HResult::Fail},
       {false, std::nullopt, HResult::Fail},
   };
   for (const auto& row : rows) {
@@ -200,7 +192,7 @@ TEST_F(KVFPrinterUSBTest, SetProtection) {
   }
 }
 
-TEST_F(KVFPrinterUSBTest, RecordFromTheNormalReader) {
+TEST_F(KVFPrinterUSBTest, Record) {
   OpenQuietly();
   device.AddDocument(kDocument);
   EXPECT_EQ(Collect(), "ok");
@@ -214,11 +206,16 @@ TEST_F(KVFPrinterUSBTest, RecordFromTheNormalReader) {
                                                   {"SystemFirmwareVersion", "V1.2"}}));
   EXPECT_EQ(record.CounterValues(), (ElementValues{{"DevTotalMonoCount", "7"}}));
   EXPECT_FALSE(record.IsDocumentMode());
-}
 
-TEST_F(KVFPrinterUSBTest, RecordInDocumentMode) {
+  printer->SetQueueName(L"");
+  device.AddDocument(kDocument);
+  EXPECT_EQ(Collect(), "ok");
+  EXPECT_THAT(Log(), Not(Contains("count jobs")));  // a queue without a name has none
+
   Announce("ZOLT,FWV,RDS");
+  Plug();
   OpenQuietly();
+  record = {};
   record.SetDeviceDocument(kDocument);  // read before in this run
   std::string codes;
   EXPECT_EQ(printer->GetZOLTInformation(record, codes), HResult::Ok);
@@ -288,15 +285,7 @@ TEST_F(KVFPrinterUSBTest, CodesInTheOrderOfTheFailures) {
   }
 }
 
-TEST_F(KVFPrinterUSBTest, QueueWithoutANameIsNotCounted) {
-  printer->SetQueueName(L"");
-  OpenQuietly();
-  device.AddDocument(kDocument);
-  EXPECT_EQ(Collect(), "ok");
-  EXPECT_THAT(Log(), Not(Contains("count jobs")));
-}
-
-TEST_F(KVFPrinterUSBTest, LockIsHeldDuringTheExchange) {
+TEST_F(KVFPrinterUSBTest, LockIsHeldDuringTheExchangeAndReleasedUntilThatSucceeds) {
   device.acquires = true;
   device.jobs = 3;  // the lock decides, not the jobs
   OpenQuietly();
@@ -307,39 +296,19 @@ TEST_F(KVFPrinterUSBTest, LockIsHeldDuringTheExchange) {
   EXPECT_THAT(Log(), Not(Contains("count jobs")));
 
   device.bulkOpens = false;
-  EXPECT_EQ(Collect(), "/open fail/xml error");
-  EXPECT_THAT(Log(), ElementsAre("acquire 153", "release 153"));  // after a failure, too
-  device.acquires = false;
-  EXPECT_EQ(Collect(), "/lock failed");
-  EXPECT_THAT(Log(), ElementsAre("acquire 153"));
-  EXPECT_EQ(Traced(), Lines{"4 Failed to acquire device mon!!!"});
-}
-
-TEST_F(KVFPrinterUSBTest, ReleaseIsTriedUntilItSucceeds) {
-  const std::pair<std::size_t, std::ptrdiff_t> rows[] = {{0, 1}, {3, 4}, {100, 101}, {500, 101}};
-  OpenQuietly();
-  device.acquires = true;
+  const std::pair<std::size_t, std::uint32_t> rows[] = {{0, 1}, {3, 4}, {500, 101}};
   for (const auto& [failures, attempts] : rows) {
     device.releasesThatFail = failures;
     device.slept = 0;
-    Collect();
+    EXPECT_EQ(Collect(), "/open fail/xml error");
+    EXPECT_EQ(device.log.front(), "acquire 153");
     EXPECT_EQ(Count("release 153"), attempts);
-    EXPECT_EQ(device.slept, 500u * static_cast<std::uint32_t>(attempts - 1));
-    Log();
+    EXPECT_EQ(Log().size(), attempts + 1);
+    EXPECT_EQ(device.slept, 500 * (attempts - 1));
   }
-}
-
-TEST(PortContention, LocksOnce) {
-  FakeUSBPrinter device;
-  device.acquires = true;
-  TraceCapture trace;
-  {
-    PortContention port(*device.Services().loadDeviceMonitor(), [](std::uint32_t) {});
-    EXPECT_FALSE(port.IsLocked());
-    EXPECT_TRUE(port.Lock() && port.Lock() && port.IsLocked());
-    EXPECT_EQ(trace.Texts(), Lines{"4 Already Locked!"});
-  }
-  EXPECT_THAT(device.log, ElementsAre("acquire 153", "release 153"));
+  device.acquires = false;
+  EXPECT_EQ(Collect(), "/lock failed");
+  EXPECT_THAT(Log(), ElementsAre("acquire 153"));
 }
 
 TEST_F(KVFPrinterUSBTest, ProtectionDocument) {

@@ -44,8 +44,6 @@ TEST(ParseDeviceID, Table) {
       {"MDL:a:b;", {"a:b", "", "", "", ""}},                  // only the first ':' ends the key
       {"mdl:B;MDLX:B;MD:B;MODELS:B;", {"", "", "", "", ""}},  // keys are exact
       {"noise;MDL:B;MFG:A", {"", "", "A", "", ""}},           // a segment without ':' swallows the next key
-      {"SN:1;MDL:B", {"B", "", "", "", ""}},                  // unknown keys are skipped
-      {"X:no end", {"", "", "", "", ""}},
       {";;MDL:B;CMD:P", {"", "P", "", "", ""}},
       {":;MDL:B", {"B", "", "", "", ""}},
       {"MDL: B ;CMD:A ", {" B ", "A ", "", "", ""}},  // nothing is trimmed
@@ -56,28 +54,10 @@ TEST(ParseDeviceID, Table) {
       // A first byte at the end of the text ends the parse: that segment is lost.
       {"MFG:A;MDL:B\x83", {"", "", "A", "", ""}},
       {"MFG:A;MDL\x83", {"", "", "A", "", ""}},
-      {"X:\x83", {"", "", "", "", ""}},
   };
   for (const auto& [text, fields] : rows) {
     EXPECT_EQ(Fields(Parsed(text)), fields) << text;
     EXPECT_EQ(Parsed(text).raw, text);
-  }
-}
-
-TEST(ParseDeviceID, FieldsOfAbsentKeysStay) {
-  PrinterDeviceID id = Parsed("MFG:A;MDL:B;");
-  ParseDeviceID("MDL:C;", id, IsShiftJISLeadByte);
-  EXPECT_EQ(Fields(id), (std::vector<std::string>{"C", "", "A", "", ""}));
-}
-
-TEST(ParseDeviceID, EveryPrefixFillsPrefixesOfTheFields) {
-  const std::string text = "MFG:Velnora;CMD:PJL,ZOLT;MDL:\x83\x3B RV-1;CLS:PRINTER;CLI:X;";
-  const std::vector<std::string> whole = Fields(Parsed(text));
-  for (std::size_t length = 0; length < text.size(); ++length) {
-    const std::vector<std::string> fields = Fields(Parsed(std::string(text, 0, length)));
-    for (std::size_t i = 0; i < fields.size(); ++i) {
-      EXPECT_TRUE(whole[i].starts_with(fields[i])) << length << " " << fields[i];
-    }
   }
 }
 
@@ -103,24 +83,21 @@ TEST(MergeExtendedDeviceID, Table) {
   }
 }
 
-TEST(HasCommand, Table) {
+TEST(HasCommand, LooksForAWholeWord) {
   for (const char* text : {"PJL,ZOLT", "PJL,,ZOLT,", "ZOLT"}) EXPECT_TRUE(HasCommand(WithCommands(text), "ZOLT"));
-  for (const char* text : {"PJL ZOLT", "PJL, ZOLT", "zolt", "ZOLTX", ""}) {
-    EXPECT_FALSE(HasCommand(WithCommands(text), "ZOLT")) << text;
-  }
+  for (const char* text : {"PJL, ZOLT", "zolt", "ZOLTX", ""}) EXPECT_FALSE(HasCommand(WithCommands(text), "ZOLT"));
 }
 
 TEST(SBXStateOf, FirstStateDecides) {
   const std::pair<const char*, std::uint32_t> rows[] = {
-      {"CMD:SBXOT,SBXOFF,SBXON", 1}, {"CMD:SBXOT,SBXOFF", 2}, {"CMD:SBXOT", 3}, {"CMD:SBXONX", 0}, {"", 0}};
+      {"CMD:SBXOT,SBXOFF,SBXON", 1}, {"CMD:SBXOT,SBXOFF", 2}, {"CMD:SBXOT", 3}, {"CMD:SBXONX", 0}};
   for (const auto& [text, state] : rows) EXPECT_EQ(SBXStateOf(Parsed(text)), state) << text;
 }
 
 TEST(FindCountryIndex, Table) {
   const std::pair<const char*, std::optional<std::string>> rows[] = {
-      {"PJL,ZOLT,CI_12", "12"},  {"XCI_7 Y", "7"},        {"CI_", ""},
-      {"CI_1,CI_2", "1"},        {"A CI_3,B", "3"},       {"CI_CI_4", "CI_4"},
-      {"CI,ci_5", std::nullopt}, {"C;I_6", std::nullopt}, {"", std::nullopt},
+      {"PJL,ZOLT,CI_12", "12"},  {"XCI_7 Y", "7"},        {"CI_", ""}, {"CI_1,CI_2", "1"}, {"CI_CI_4", "CI_4"},
+      {"CI,ci_5", std::nullopt}, {"C;I_6", std::nullopt},
   };
   for (const auto& [text, index] : rows) EXPECT_EQ(FindCountryIndex(WithCommands(text)), index) << text;
 }
@@ -133,14 +110,11 @@ TEST(ClassifyModelFamily, Table) {
   } rows[] = {
       {"Velnora RV-2160 Series", ModelFamily::RV, "RV"},
       {"Velnora PHT-10", ModelFamily::PHT, "PHT"},
-      {"Velnora PHZ-3185", ModelFamily::PHZ, "PHZ"},
       {"Velnora MFP 4", ModelFamily::PHZ, "PHZ"},
       {"Velnora MFP 4 DWB-1", ModelFamily::DWB, "DWB"},
       {"DWB-1 RV-1", ModelFamily::RV, "RV"},  // the order of the tests decides, not that of the name
-      {"MFP TJ", ModelFamily::PHZ, "PHZ"},
       {"Velnora TJ-760P", ModelFamily::DWB, "DWB"},
       {"aYBc", ModelFamily::DWB, "DWB"},
-      {"rv-1", ModelFamily::Unknown, ""},
       {"", ModelFamily::Unknown, ""},
   };
   for (const auto& row : rows) {

@@ -14,19 +14,15 @@ class SpoolerWorld {
  public:
   SpoolerWorld(std::string_view spoolScript, std::string_view discoveryScript);
 
-  // Calls answers the transcript of the spooler's calls since the last time, one line for each.
+  // Calls returns the transcript of the spooler's calls since the last time, one line for each.
   std::vector<std::string> Calls();
 
-  // Job answers the bytes of the job with that number, counted from 1.
-  std::string Job(int number) const;
-
-  // TraceTexts answers the trace lines since the last time, as "level text".
-  std::vector<std::string> TraceTexts();
+  // Job returns the bytes of the job with that number, counted from 1.
+  std::string Job(int number) const { return folder_.Read(L"job-" + std::to_wstring(number) + L".raw"); }
 
  private:
   TempFolder folder_;
   std::size_t callsSeen_ = 0;
-  std::size_t tracesSeen_ = 0;
 };
 
 }  // namespace zt

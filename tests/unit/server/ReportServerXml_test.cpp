@@ -30,12 +30,9 @@ TEST(ReadDateAnswer, ReadsWhatIsThere) {
   } rows[] = {
       {fullDateAnswer, {{"NoMoreService", "true"}, {"LastDate", "2024-03-01"}, {"PostIntervalDays", "30"}}},
       {"\xef\xbb\xbf" + Root("<PostIntervalDays>7</PostIntervalDays>"), {{"PostIntervalDays", "7"}}},
-      {"<root/>", {}},
       {Root("<Result/><LastDate></LastDate><PostIntervalDays> </PostIntervalDays>"), {}},  // there but empty
       {Root("<Result>NOMORESERVICE </Result>"), {}},
-      {Root("<Result>SUCCESS</Result>"), {}},
       {Root("<LastDate>2024-03-0</LastDate>"), {}},  // nine characters
-      {Root("<LastDate>2024-03-01</LastDate>"), {{"LastDate", "2024-03-01"}}},
       {Root("<LastDate>not a date at all</LastDate>"), {{"LastDate", "not a date"}}},
       {Root("<PostIntervalDays>soon</PostIntervalDays><PostIntervalDays>2</PostIntervalDays>"),
        {{"PostIntervalDays", "soon"}}},
@@ -62,7 +59,6 @@ TEST(ReadSBXAnswer, ReadsWhatIsThere) {
       {fullSBXAnswer, "KX 100", with("110")},
       {fullSBXAnswer, "KX 200", with("120")},  // of two, the first; only Model elements count
       {fullSBXAnswer, "kx 100", with("150")},
-      {fullSBXAnswer, "KX 10", with("150")},
       {fullSBXAnswer, "KX 1000", with("150")},
       {fullSBXAnswer, "", with("150")},
       {Root("<Result>NOMORESERVICE</Result>"), "KX 100", {{"NoMoreService", "true"}}},
@@ -71,7 +67,6 @@ TEST(ReadSBXAnswer, ReadsWhatIsThere) {
       {Root("<ModelMaxLevel><Model><Name>A</Name></Model></ModelMaxLevel><ServerMaxLevel>9</ServerMaxLevel>"),
        "A",
        {{"TonerMaxLife", "9"}}},
-      {"<root/>", "A", {}},
   };
   for (const auto& row : rows) {
     ServerAnswer answer;
@@ -88,10 +83,7 @@ TEST(ReadUploadResult, ComparesTheWholeText) {
       {"<Other/><Result>SUCCESS</Result><Result>FAIL</Result>", UploadResult::Success},
       {"<Result>NOMORESERVICE</Result>", UploadResult::NoMoreService},
       {"<Result>SUCCESS </Result>", UploadResult::Unknown},
-      {"<Result> SUCCESS</Result>", UploadResult::Unknown},
-      {"<Result>Success</Result>", UploadResult::Unknown},
       {"<Result>NOMORESERVICES</Result>", UploadResult::Unknown},
-      {"<Result/>", UploadResult::Missing},
       {"<result>SUCCESS</result>", UploadResult::Missing},
   };
   for (const auto& row : rows) EXPECT_EQ(ReadUploadResult(Root(row.content)), row.result) << row.content;

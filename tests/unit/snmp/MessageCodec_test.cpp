@@ -72,8 +72,8 @@ TEST(EncodePacket, WritesEachTypeOfValue) {
   for (const char* row : {"1.3.6.1 = 06 03 2B 06 01", "1.3.127.128.16383.16384 = 06 09 2B 7F 81 00 FF 7F 81 80 00",
                           "1.3.4294967295 = 06 06 2B 8F FF FF FF 7F", "2.39 = 06 01 77",
                           // No 32-bit numbers, and first arcs that share no byte.
-                          "1.3.4294967296 = left out", "1.3.99999999999999999999 = left out", "6.16 = left out",
-                          "107374182.16 = left out",
+                          "1.3.4294967296 = left out", "1.3.42949672950 = left out",
+                          "1.3.99999999999999999999 = left out", "6.16 = left out", "107374182.16 = left out",
                           // Not as they would be read: a second arc above 39, missing arcs (0), leading zeros.
                           "2.100 = 06 01 B4", "1 = 06 01 28", " = 06 01 00", "0001.0003 = 06 01 2B"}) {
     EXPECT_EQ(encodedValue(OID(parted(row).first.c_str())), parted(row).second) << row;
@@ -239,6 +239,7 @@ TEST(DecodePacket, RefusesOtherShapes) {
       {"as it should be", response(good), 0},
       {"empty", {}, -1},
       {"other outer tag", element(0x31, fromHex("02 01 00") + community + pduBytes), -1},
+      {"no version", element(0x30, community + pduBytes), -1},
       {"version 2", element(0x30, fromHex("02 01 01") + community + pduBytes), -1},
       {"version of two bytes", element(0x30, fromHex("02 02 00 00") + community + pduBytes), -1},
       {"community of another type", element(0x30, fromHex("02 01 00 02 01 00") + pduBytes), -1},

@@ -2,7 +2,6 @@
 
 #include <string>
 
-#include "SharedMemory.h"
 #include "ztsnmp/ztsnmp.h"
 
 namespace {
@@ -21,7 +20,7 @@ std::string names(const ReqRespPDU& pdu) {
   return text;
 }
 
-TEST(VarBind, CopiesValuesByTheirClass) {
+TEST(VarBind, HoldsCopiesOfWhatIsAValue) {
   const auto check = [](const SNMPDataType& value) {
     const VarBind original = binding("1.3", value);
     VarBind copy(original);
@@ -38,20 +37,15 @@ TEST(VarBind, CopiesValuesByTheirClass) {
   check(Counter(5));
   check(Gauge(6));
   check(TimeTicks(7));
-}
 
-TEST(VarBind, HoldsWhatIsAValue) {
   VarBind target = binding("1.3", Integer(1));
   EXPECT_EQ(target.setValue(PhysAddress("000000000001")), -16);
   EXPECT_EQ(target.setValue(IPXAddress()), -16);
   EXPECT_STREQ(target.getValue().toString(), "1");
-
-  const VarBind empty;
-  EXPECT_FALSE(empty.hasValue());
-  EXPECT_EQ(empty.getValue().getDataType(), DataTypeNull);
-  EXPECT_EQ(empty.isValid(), 0);
+  EXPECT_FALSE(VarBind().hasValue());
+  EXPECT_EQ(VarBind().getValue().getDataType(), DataTypeNull);
+  EXPECT_EQ(VarBind().isValid(), 0);
   EXPECT_EQ(binding("1.3", IPAddress()).isValid(), -3);
-  EXPECT_EQ(binding("1.3", OctetString()).isValid(), 0);
 }
 
 TEST(ReqRespPDU, ChecksItsBindings) {
@@ -97,8 +91,6 @@ TEST(ReqRespPDU, KeepsItsListInOrder) {
   EXPECT_EQ(copy.addVarBind(pdu.getVarBind(1)), 0);
 }
 
-TEST(TrapPDU, IsNotValidBeforeItIsDecoded) { EXPECT_EQ(TrapPDU().isValid(), -1); }
-
 TEST(SNMPManager, HasNoTrapService) {
   SNMPManager manager;
   ReqRespPDU pdu;
@@ -107,13 +99,9 @@ TEST(SNMPManager, HasNoTrapService) {
   EXPECT_EQ(manager._register("", onTrap), -85);
   EXPECT_EQ(manager._register("program", nullptr), -85);
   EXPECT_EQ(manager._register("program", onTrap), -86);
-  {
-    const SharedMemory service("TrapServerFileMappingObject", 1568);
-    EXPECT_EQ(manager._register("program", onTrap), -96);  // it is there, and does not answer
-  }
-  EXPECT_EQ(manager._register("program", onTrap), -86);
   EXPECT_EQ(manager.unregister(), -87);
   EXPECT_EQ(manager.keepAlive(pdu, "program", 1), -1);
+  EXPECT_EQ(TrapPDU().isValid(), -1);
 }
 
 }  // namespace

@@ -14,8 +14,6 @@ TEST(Numbers, TakeAllButTheLowestInteger) {
   EXPECT_EQ(value.getValue(), 7);
   EXPECT_EQ(Integer(INT_MIN).getValue(), 0);
   EXPECT_STREQ(Integer(-INT_MAX).toString(), "-2147483647");
-  EXPECT_STREQ(Counter(UINT_MAX).toString(), "4294967295");
-  EXPECT_STREQ(Gauge(UINT_MAX).toString(), "4294967295");
   EXPECT_STREQ(TimeTicks(UINT_MAX).toString(), "4294967295");
 }
 
@@ -33,6 +31,7 @@ TEST(Addresses, TellTheirKind) {
 TEST(TimeTicks, AreFormattedWithoutEmptyParts) {
   EXPECT_STREQ(TimeTicks(99).toFormattedString(), "");
   EXPECT_STREQ(TimeTicks(6000).toFormattedString(), "1 Minutes ");  // the blank stays
+  EXPECT_STREQ(TimeTicks(8639999).toFormattedString(), "23 Hours 59 Minutes 59 Seconds");
   EXPECT_STREQ(TimeTicks(9000).toFormattedString(), "1 Minutes 30 Seconds");
   EXPECT_STREQ(TimeTicks(8640000 + 360000).toFormattedString(), "1 Days 1 Hours ");
   EXPECT_STREQ(TimeTicks(UINT_MAX).toFormattedString(), "497 Days 2 Hours 27 Minutes 52 Seconds");
@@ -90,7 +89,7 @@ TEST(OID, TakesDottedNumbers) {
   const std::string longest = std::string(253, '1') + ".1";
   // The size of numbers is the encoder's matter.
   checkTexts<OID>(-7, "1.3", {"", "0", "1.3.6.1.2.1.1.1.0", "99999999999999.1", longest},
-                  {longest + "1", ".1.3", "1.3.6.", "1..3", ".", "1.-3", "1.3 ", "1,3"});
+                  {longest + "1", ".1.3", "1.3.6.", "1..3", ".", "1.-3", "1.3 ", "1,3", "1:3", "1/3"});
 }
 
 TEST(IPAddress, TakesFourNumbersBelow256) {
@@ -128,13 +127,15 @@ TEST(HexAddresses, TakeTheirNumberOfDigits) {
 
 TEST(StatusTexts, AreLookedUpByAbsoluteValue) {
   const auto text = [](int status) { return std::string(SNMPManager::errorToString(status)); };
-  EXPECT_EQ(text(0), "SNMP : SUCCESS");
   EXPECT_EQ(text(-53), "SNMP : GET ERROR");
   EXPECT_EQ(text(7), text(-7));
-  EXPECT_EQ(text(-45), "IP : REX TIMEOUT ERROR");
-  EXPECT_EQ(text(-88), "DLC : INITIALIZATION ERROR\t");  // the tab belongs to it
   EXPECT_EQ(text(-124), "SNMP : DLC_RX_STATUSCHANGE_ERROR");
   EXPECT_EQ(text(125) + text(INT_MAX), "");
+  std::uint32_t sum = 0;  // Programs look for these texts: none changes by mistake.
+  for (int status = 0; status < 125; ++status) {
+    for (const char character : text(status)) sum = sum * 31 + static_cast<unsigned char>(character);
+  }
+  EXPECT_EQ(sum, 673053738U);
 }
 
 }  // namespace

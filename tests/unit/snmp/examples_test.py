@@ -28,8 +28,11 @@ COLUMN = "1.3.6.1.2.1.43.11.1.1.6"
 TWO_ROWS = f"{COLUMN}.1.1 = black toner\n{COLUMN}.1.2 = waste box\n"
 DRUM = COLUMN + r".1.10 = drum\x0D\x0Aunit\x1B[31m"
 
-GET = (["get", "127.0.0.1", COLUMN + ".1.10", "1.3.6.1.4.1.53017.99.1.5.0"], 0,
-       DRUM + "\n1.3.6.1.4.1.53017.99.1.5.0 = 8640000")
+GET = (
+    ["get", "127.0.0.1", COLUMN + ".1.10", "1.3.6.1.4.1.53017.99.1.5.0"],
+    0,
+    DRUM + "\n1.3.6.1.4.1.53017.99.1.5.0 = 8640000",
+)
 RUNS = [
     GET,
     (["get", "127.0.0.1", "1.3.9"], 1, "SNMP : GET ERROR (agent's error 2, object 1)"),
@@ -42,8 +45,9 @@ RUNS = [
 
 
 def run(*command, **options):
-    done = subprocess.run([str(part) for part in command], stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True,
-                          **options)
+    done = subprocess.run(
+        [str(part) for part in command], stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True, **options
+    )
     if done.returncode != 0:
         sys.exit(f"{' '.join(map(str, command))}\n{done.stdout}")
     return done.stdout
@@ -52,10 +56,15 @@ def run(*command, **options):
 def run_example(folder, arguments, world=WITH_SNMPD):
     program = folder / arguments[0]
     if program.with_suffix(".exe").exists():
-        return subprocess.run([ROOT / "sim/bin/wine-run", program.with_suffix(".exe"), *arguments[1:]],
-                              env={**os.environ, "WINE_RUN_INSIDE": " ".join(world), "WINEDLLOVERRIDES": "iphlpapi=n,b"},
-                              capture_output=True, text=True)
-    return subprocess.run([ROOT / "sim/bin/in-namespace", *world, program, *arguments[1:]], capture_output=True, text=True)
+        return subprocess.run(
+            [ROOT / "sim/bin/wine-run", program.with_suffix(".exe"), *arguments[1:]],
+            env={**os.environ, "WINE_RUN_INSIDE": " ".join(world), "WINEDLLOVERRIDES": "iphlpapi=n,b"},
+            capture_output=True,
+            text=True,
+        )
+    return subprocess.run(
+        [ROOT / "sim/bin/in-namespace", *world, program, *arguments[1:]], capture_output=True, text=True
+    )
 
 
 def failures_of(runs, form, folder, prefix):
@@ -89,8 +98,19 @@ def discovery_fails(form, folder):
 
 def build_with_cmake(form, prefix, work, cmake_arguments):
     folder = work / form
-    run("cmake", "-G", "Ninja", "-S", ROOT / "examples", "-B", folder, f"-Dztsnmp_DIR={prefix}/lib/cmake/ztsnmp",
-        f"-DEXAMPLES_LIBRARY=ztsnmp::{form}", "-DCMAKE_BUILD_TYPE=Release", *cmake_arguments)
+    run(
+        "cmake",
+        "-G",
+        "Ninja",
+        "-S",
+        ROOT / "examples",
+        "-B",
+        folder,
+        f"-Dztsnmp_DIR={prefix}/lib/cmake/ztsnmp",
+        f"-DEXAMPLES_LIBRARY=ztsnmp::{form}",
+        "-DCMAKE_BUILD_TYPE=Release",
+        *cmake_arguments,
+    )
     run("cmake", "--build", folder)
     return folder
 
@@ -98,8 +118,9 @@ def build_with_cmake(form, prefix, work, cmake_arguments):
 def build_with_pkg_config(package, prefix, work, compiler, flags):
     folder = work / f"pkg-config-{package}"
     folder.mkdir()
-    words = run("pkg-config", "--cflags", "--libs", package, env={
-        **os.environ, "PKG_CONFIG_PATH": f"{prefix}/lib/pkgconfig"}).split()
+    words = run(
+        "pkg-config", "--cflags", "--libs", package, env={**os.environ, "PKG_CONFIG_PATH": f"{prefix}/lib/pkgconfig"}
+    ).split()
     program = folder / "get"
     if "mingw" in compiler:
         program = folder / "get.exe"
@@ -110,8 +131,21 @@ def build_with_pkg_config(package, prefix, work, compiler, flags):
 
 def declared_names(compiler, headers):
     """The mangled names of all members that the headers declare, as the compiler's debug information lists them."""
-    listed = run(compiler, "-std=c++20", "-S", "-g", "-fno-eliminate-unused-debug-types", "-femit-class-debug-always",
-                 "-include", headers / "ztsnmp.h", "-x", "c++", os.devnull, "-o", "-")
+    listed = run(
+        compiler,
+        "-std=c++20",
+        "-S",
+        "-g",
+        "-fno-eliminate-unused-debug-types",
+        "-femit-class-debug-always",
+        "-include",
+        headers / "ztsnmp.h",
+        "-x",
+        "c++",
+        os.devnull,
+        "-o",
+        "-",
+    )
     names = set()
     for name in re.findall(r"class ZTSNMP_API (\w+)", "".join(header.read_text() for header in headers.glob("*.h"))):
         scope = f"{len(name)}{name}"
@@ -126,7 +160,9 @@ def declared_names(compiler, headers):
 
 def main():
     build_tree, compiler, objdump, cmake_arguments = pathlib.Path(sys.argv[1]), sys.argv[2], sys.argv[3], sys.argv[4:]
-    flags = [flag for argument in cmake_arguments if "_FLAGS=" in argument for flag in argument.split("=", 1)[1].split()]
+    flags = [
+        flag for argument in cmake_arguments if "_FLAGS=" in argument for flag in argument.split("=", 1)[1].split()
+    ]
     failures = 0
     os.chdir(ROOT)  # where Python finds the package sim
     with tempfile.TemporaryDirectory() as temporary:
