@@ -24,7 +24,7 @@ class ZOLTDataProviderFromPrinter : public IZOLTDataProvider {
   bool WaitForJobs(int maximumPolls, bool& jobsPending) override;
   bool CollectZOLT(ZOLTInformation& record) override;
   bool CollectSBX(PPAInformation& record) override;
-  bool CheckSBXSupport(std::uint32_t* state) override;
+  bool CheckSBXSupport(ProtectionState* state) override;
   std::wstring GetQueueName() const override { return queueName_; }
   bool SendRawToQueue(const char* text) override;
   bool SetProtection(bool on) override;

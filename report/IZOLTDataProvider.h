@@ -6,9 +6,10 @@
 
 namespace zt {
 
-class PPAInformation;
+class PPAInformation;  // of protection/record: only its reference passes through here
 class ReportRecord;
 class ZOLTInformation;
+enum class ProtectionState : std::uint32_t;
 
 // IZOLTDataProvider is the one interface through which the runs reach the printer behind a queue. Nothing throws; the
 // reasons of a failure go to the trace log. Outputs keep their content on failure unless said otherwise.
@@ -39,8 +40,8 @@ class IZOLTDataProvider {
   // CollectSBX fills the product-protection record from the printer.
   virtual bool CollectSBX(PPAInformation& record) = 0;
 
-  // CheckSBXSupport reads the protection state: 0 none, 1 "SBXON", 2 "SBXOFF", 3 "SBXOT". False for a null output.
-  virtual bool CheckSBXSupport(std::uint32_t* state) = 0;
+  // CheckSBXSupport reads the protection state. False for a null output.
+  virtual bool CheckSBXSupport(ProtectionState* state) = 0;
 
   // GetQueueName answers the name of the queue, whether there is a printer behind it or not.
   virtual std::wstring GetQueueName() const = 0;

@@ -15,6 +15,7 @@
 
 namespace zt {
 
+class Codes;
 class PPAInformation;
 class ZOLTInformation;
 
@@ -26,7 +27,7 @@ struct StatusBlock {
 
 // KVFPrinter is the access to one printer. `Open` comes first: the other operations need the device ID that it reads.
 // Results are Ok or a failure code, False where said. Outputs keep their content on failure; texts are in the ANSI code
-// page. `errorText` collects short codes, each beginning with "/", that say why; it is appended to, never cleared.
+// page.
 class KVFPrinter {
  public:
   virtual ~KVFPrinter() = default;
@@ -52,11 +53,10 @@ class KVFPrinter {
   // GetSupplyUnitInfo appends the entry of the supply unit.
   virtual HResult GetSupplyUnitInfo(std::vector<SupplyEntry>& supplies);
 
-  // GetZOLTInformation fills the print-volume record.
-  virtual HResult GetZOLTInformation(ZOLTInformation& record, std::string& errorText) = 0;
-
-  // GetPPAInformation fills the product-protection record.
-  virtual HResult GetPPAInformation(PPAInformation& record, std::string& errorText) = 0;
+  // GetZOLTInformation fills the print-volume record, GetPPAInformation the product-protection record. Both append to
+  // `errorText` the codes of what is missing or why they fail (see Codes); they never clear it.
+  virtual HResult GetZOLTInformation(ZOLTInformation& record, std::string& errorText);
+  virtual HResult GetPPAInformation(PPAInformation& record, std::string& errorText);
 
   // GetDeviceID reads the IEEE 1284 device ID, without its length prefix.
   virtual HResult GetDeviceID(std::string& deviceID) = 0;
@@ -87,8 +87,8 @@ class KVFPrinter {
   // IsZOLTSupported answers Ok when the printer offers print-volume reporting, else False.
   virtual HResult IsZOLTSupported();
 
-  // GetSBXState answers the protection state: 0 none, 1 "SBXON", 2 "SBXOFF", 3 "SBXOT". Fail for null.
-  virtual HResult GetSBXState(std::uint32_t* state);
+  // GetSBXState returns the protection state that the command set announces. Fail for null.
+  virtual HResult GetSBXState(ProtectionState* state);
 
   // GetInstalledDate answers the day of installation, "YYYY-MM-DD".
   virtual HResult GetInstalledDate(std::string& date);
@@ -108,8 +108,8 @@ class KVFPrinter {
   void AdoptDeviceID(std::string_view text);
 
   // ReadIdentity stores model, family name, country index and serial number in the record. A missing model or serial
-  // number appends its code and fails; the other two may be missing.
-  HResult ReadIdentity(ZOLTInformation& record, std::string& errorText);
+  // number adds its code and fails; the other two may be missing.
+  HResult ReadIdentity(ZOLTInformation& record, Codes& codes);
 
   ModelFamily family_ = ModelFamily::Unknown;
   PrinterDeviceID deviceID_;
@@ -117,6 +117,10 @@ class KVFPrinter {
  private:
   // ReadSerialNumber asks the printer for its serial number and answers the text as it came.
   virtual HResult ReadSerialNumber(std::string& serialNumber) = 0;
+
+  // CollectZOLT and CollectPPA are the readings behind the two Get…Information.
+  virtual HResult CollectZOLT(ZOLTInformation& record, Codes& codes) = 0;
+  virtual HResult CollectPPA(PPAInformation& record, Codes& codes) = 0;
 
   std::wstring queueName_;
   bool universalDriver_ = false;

@@ -97,11 +97,11 @@ bool HasCommand(const PrinterDeviceID& id, std::string_view keyword) {
   return std::ranges::find(words, keyword) != words.end();
 }
 
-std::uint32_t SBXStateOf(const PrinterDeviceID& id) {
-  if (HasCommand(id, "SBXON")) return 1;
-  if (HasCommand(id, "SBXOFF")) return 2;
-  if (HasCommand(id, "SBXOT")) return 3;
-  return 0;
+ProtectionState SBXStateOf(const PrinterDeviceID& id) {
+  if (HasCommand(id, "SBXON")) return ProtectionState::On;
+  if (HasCommand(id, "SBXOFF")) return ProtectionState::Off;
+  if (HasCommand(id, "SBXOT")) return ProtectionState::OT;
+  return ProtectionState::None;
 }
 
 std::optional<std::string> FindCountryIndex(const PrinterDeviceID& id) {

@@ -1,11 +1,11 @@
 #pragma once
 
-#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
 
 #include "CodePage.h"
+#include "ProtectionState.h"
 
 namespace zt {
 
@@ -43,8 +43,8 @@ void MergeExtendedDeviceID(std::string_view text, PrinterDeviceID& id, LeadByteP
 // HasCommand tells whether the comma-separated command set holds exactly this word.
 bool HasCommand(const PrinterDeviceID& id, std::string_view keyword);
 
-// SBXStateOf answers the protection state that the command set announces: 1 "SBXON", 2 "SBXOFF", 3 "SBXOT", 0 none.
-std::uint32_t SBXStateOf(const PrinterDeviceID& id);
+// SBXStateOf returns the protection state that the command set announces.
+ProtectionState SBXStateOf(const PrinterDeviceID& id);
 
 // FindCountryIndex answers what follows "CI_" in the first word of the command set that holds it; possibly empty.
 std::optional<std::string> FindCountryIndex(const PrinterDeviceID& id);

@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "Codes.h"
 #include "KVFPrinter.h"
 #include "PPAInformation.h"
 #include "ZOLTInformation.h"
@@ -46,17 +47,17 @@ class FakePrinter : public KVFPrinter {
   }
   HResult GetFirmwareVersion(std::string&) override { return HResult::Fail; }
   HResult GetSupplyLevels(std::vector<SupplyEntry>&) override { return HResult::Fail; }
-  HResult GetZOLTInformation(ZOLTInformation& record, std::string& errorText) override {
-    calls.push_back("GetZOLTInformation " + record.DeviceDocument());
+  HResult CollectZOLT(ZOLTInformation& record, Codes& gathered) override {
+    calls.push_back("GetZOLTInformation " + record.Document().Text());
     record.SetModelName("collected");
-    errorText += codes;
+    gathered.Add(codes);
     return collectResult;
   }
-  HResult GetPPAInformation(PPAInformation& record, std::string& errorText) override {
+  HResult CollectPPA(PPAInformation& record, Codes& gathered) override {
     calls.push_back("GetPPAInformation");
     if (!memory) throw std::bad_alloc();
-    record.SetDeviceDocument(document);
-    errorText += codes;
+    record.SetDocument(document);
+    gathered.Add(codes);
     return collectResult;
   }
   HResult GetDeviceID(std::string&) override { return HResult::Fail; }
@@ -77,7 +78,7 @@ class FakePrinter : public KVFPrinter {
     calls.push_back(on ? "SetProtection(on)" : "SetProtection(off)");
     return protectionResult;
   }
-  HResult GetSBXState(std::uint32_t* state) override {
+  HResult GetSBXState(ProtectionState* state) override {
     return sbxResult == HResult::Ok ? KVFPrinter::GetSBXState(state) : sbxResult;
   }
   bool IsUSB() const override { return usb; }

@@ -219,7 +219,7 @@ TEST_F(KVFPrinterUSBTest, RecordFromTheNormalReader) {
 TEST_F(KVFPrinterUSBTest, RecordInDocumentMode) {
   Announce("ZOLT,FWV,RDS");
   OpenQuietly();
-  record.SetDeviceDocument(kDocument);  // read before in this run
+  record.SetDocument(kDocument);  // read before in this run
   std::string codes;
   EXPECT_EQ(printer->GetZOLTInformation(record, codes), HResult::Ok);
   EXPECT_TRUE(record.IsDocumentMode());

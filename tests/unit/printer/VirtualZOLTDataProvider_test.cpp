@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "Codes.h"
 #include "ZOLTInformation.h"
 
 namespace zt {
@@ -15,9 +16,9 @@ TEST(VirtualZOLTDataProvider, RecordIsThatOfThePrinterAndHasNothingToCorrect) {
   ASSERT_TRUE(provider.GetSerialNumber(serialNumber) && provider.GetModelName(model) && provider.CollectZOLT(record));
   EXPECT_EQ(record.DeviceValues().at("GeneralSerialNumber"), serialNumber);
   EXPECT_EQ(record.DeviceValues().at("MDL"), model);
-  std::string messages;
-  ZOLTInformation::ValidateXml(record.BuildXml(), messages);
-  EXPECT_EQ(messages, "/info:is not RQD");
+  Codes codes;
+  ZOLTInformation::ValidateXml(record.BuildXml(), codes);
+  EXPECT_EQ(codes.Text(), "/info:is not RQD");
 }
 
 }  // namespace

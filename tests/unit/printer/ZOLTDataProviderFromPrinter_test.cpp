@@ -250,9 +250,9 @@ TEST_F(ProviderTest, CollectSBXKeepsTheDocumentForCollectZOLT) {
 
 TEST_F(ProviderTest, CheckSBXSupport) {
   ZOLTDataProviderFromPrinter provider = Initialized();
-  std::uint32_t state = 9;
+  auto state = ProtectionState::None;
   EXPECT_TRUE(provider.CheckSBXSupport(&state));
-  EXPECT_EQ(state, 2u);
+  EXPECT_EQ(state, ProtectionState::Off);
   EXPECT_EQ(Said(), (Lines{"Checking SBX support from device...", "[ZT] SBX support value = 2"}));
   EXPECT_FALSE(provider.CheckSBXSupport(nullptr));
   printer->sbxResult = HResult::False;

@@ -1,5 +1,6 @@
-#include "KVFLocalSetting.h"
 #include "MemorySettings.h"
+
+#include "KVFLocalSetting.h"
 
 namespace zt {
 
