@@ -78,7 +78,7 @@ bool ZOLTDataProviderFromPrinter::WaitForJobs(int maximumPolls, bool& jobsPendin
       ZT_TRACE(Information, "timeout...");
       return true;
     }
-    services_.sleep(kPollPause);
+    services_.pause(kPollPause);
   }
 }
 

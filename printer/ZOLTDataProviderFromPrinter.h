@@ -36,7 +36,7 @@ class ZOLTDataProviderFromPrinter : public IZOLTDataProvider {
   bool ExtendedIDContains(std::string_view text) override;
 
  private:
-  // IsReady tells whether the printer is there and open; it traces what is missing.
+  // IsReady reports whether the printer is there and open; it traces what is missing.
   bool IsReady() const;
 
   // Collect makes a collection of the printer. Memory that the printer's document has used up makes it fail.

@@ -50,15 +50,24 @@ std::optional<Facts> Examine(IZOLTDataProvider& provider, IZOLTSkipChecker& skip
   return facts;
 }
 
-using Ask = std::function<Agreement()>;
+// User asks the user of the printer's queue.
+struct User {
+  const ShowAgreement& show;
+  std::wstring queue;
+  std::wstring language;
+  bool countryIs52;
+
+  Agreement Ask() const { return show(queue, language, countryIs52); }
+};
 
 // AskForProtected settles the agreement of a printer whose protection is on, before the server is asked: the user is,
 // where the toner life is past the limit, and a refusal switches the protection off. Of a printer whose protection is
 // off nobody is asked yet.
-Agreement AskForProtected(const Facts& facts, const ServerPolicy& policy, IZOLTDataProvider& provider, const Ask& ask) {
+Agreement AskForProtected(const Facts& facts, const ServerPolicy& policy, IZOLTDataProvider& provider,
+                          const User& user) {
   Agreement agreement = Agreement::DisagreedUnreported;  // until somebody is asked
   const Question question = QuestionForProtectedPrinter(facts.state, facts.tonerLife, policy, facts.countryIndex);
-  if (question == Question::Ask) agreement = ask();
+  if (question == Question::Ask) agreement = user.Ask();
   if (question != Question::None && IsRefused(agreement)) provider.SetProtection(false);
   return agreement;
 }
@@ -135,8 +144,8 @@ bool Collect(const Facts& facts, IZOLTDataProvider& provider, PPAInformation& re
 
 // AskForUnprotected asks the user of a printer whose protection is off, now that the data is there; consent switches it
 // on.
-Agreement AskForUnprotected(IZOLTDataProvider& provider, const Ask& ask) {
-  const Agreement agreement = ask();
+Agreement AskForUnprotected(IZOLTDataProvider& provider, const User& user) {
+  const Agreement agreement = user.Ask();
   const bool agreed = agreement == Agreement::Agreed;
   WriteDebug(agreed ? "[ZT] Product protection agree value = agree" : "[ZT] Product protection agree value = disagree");
   if (agreed) {
@@ -170,12 +179,10 @@ void PPAProcessor::Run(const PPARunOptions& options, IZOLTDataProvider& provider
   ZT_TRACE(Information, "[ZT] refill  -ZOLT_SBX_COLLECTING_MODE start...");
   const std::optional<Facts> facts = Examine(provider, skipChecker);
   if (!facts) return;
-  const Ask ask = [&] {
-    return showAgreement_(provider.GetQueueName(), options.language, facts->countryIndex == "52");
-  };
+  const User user{showAgreement_, provider.GetQueueName(), options.language, facts->countryIndex == "52"};
   ServerPolicy policy;
   const bool policyStored = skipChecker.GetServerPolicy(policy);
-  Agreement agreement = AskForProtected(*facts, policy, provider, ask);
+  Agreement agreement = AskForProtected(*facts, policy, provider, user);
 
   const std::optional<std::string> serialNumber =
       SerialNumberIfDue(*facts, agreement, policy, policyStored, {provider, client, skipChecker});
@@ -183,7 +190,7 @@ void PPAProcessor::Run(const PPARunOptions& options, IZOLTDataProvider& provider
 
   PPAInformation record;
   if (!Collect(*facts, provider, record)) return;
-  if (facts->state == ProtectionState::Off) agreement = AskForUnprotected(provider, ask);
+  if (facts->state == ProtectionState::Off) agreement = AskForUnprotected(provider, user);
   if (agreement == Agreement::DisagreedUnreported) skipChecker.RecordPPSend(*serialNumber, std::nullopt);
   if (agreement != Agreement::Disagreed) return;
 

@@ -51,7 +51,7 @@ class DeviceIDScanner {
   }
 
  private:
-  // Find answers where the next delimiter stands, the end of the text when there is none, and nothing when the text
+  // Find returns where the next delimiter stands, the end of the text when there is none, and nothing when the text
   // breaks off within a double-byte character: that ends the whole parse.
   std::optional<std::size_t> Find(char delimiter) const {
     for (std::size_t at = position_; at < text_.size(); ++at) {

@@ -3,6 +3,8 @@
 #include <array>
 #include <charconv>
 
+#include "Hex.h"
+
 namespace zt {
 namespace {
 
@@ -31,13 +33,8 @@ std::int32_t PercentOf(std::int32_t level, std::int32_t maximum) {
 }
 
 std::string ToHexText(std::string_view bytes) {
-  constexpr char kDigits[] = "0123456789ABCDEF";
   std::string text;
-  for (const char character : bytes) {
-    const auto byte = static_cast<unsigned char>(character);
-    text += kDigits[byte >> 4];
-    text += kDigits[byte & 0x0F];
-  }
+  for (const char character : bytes) AppendHex(text, static_cast<std::uint8_t>(character));
   return text;
 }
 

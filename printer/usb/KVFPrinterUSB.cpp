@@ -128,7 +128,7 @@ HResult KVFPrinterUSB::CollectPPA(PPAInformation& record, Codes& codes) {
 
   std::string document;
   for (int attempt = 0; attempt < kDocumentAttempts; ++attempt) {
-    if (attempt > 0) services_.sleep(kDocumentPause);
+    if (attempt > 0) services_.pause(kDocumentPause);
     ZT_TRACE(Information, "[ZT] more try to get xml.: " << attempt << " ..");
     if (Succeeded(pipes->RunBulkTransaction(document))) {
       ZT_TRACE(Information, "[ZT] Success to get xml...");
@@ -248,7 +248,7 @@ void KVFPrinterUSB::WakeSequence() {
     if (!control->Request(kUSBStatus, status) || !IsAsleep(status)) return;
     std::array<std::uint8_t, kLongestReply> ignored{};
     control->Request(kUSBWake, ignored);
-    services_.sleep(kWakePause);
+    services_.pause(kWakePause);
   }
 }
 
@@ -258,7 +258,7 @@ std::string_view KVFPrinterUSB::LockPort(std::unique_ptr<PortContention>& lock) 
     const bool pending = !QueueName().empty() && services_.countJobs(QueueName()) >= 1;
     return pending ? kJobPending : std::string_view();
   }
-  lock = std::make_unique<PortContention>(*std::move(monitor), services_.sleep);
+  lock = std::make_unique<PortContention>(*std::move(monitor), services_.pause);
   return lock->Lock() ? std::string_view() : kLockFailed;
 }
 

@@ -29,7 +29,7 @@ struct USBServices {
   // Counts the jobs of a queue; negative when that is not possible.
   std::function<std::int32_t(const std::wstring& queueName)> countJobs;
 
-  Sleep sleep;
+  Pause pause;
 };
 
 // KVFPrinterUSB is a printer at a local USB port. Single data come by vendor requests on endpoint 0, the report
@@ -58,7 +58,7 @@ class KVFPrinterUSB : public KVFPrinter {
   // OpenControl opens the printer for requests; null, with a debug text, on failure.
   std::unique_ptr<USBControl> OpenControl() const;
 
-  // Ask sends a request and answers the reply as text; nothing on failure.
+  // Ask sends a request and returns the reply as text; nothing on failure.
   static std::optional<std::string> Ask(USBControl& control, const USBRequest& request);
   std::optional<std::string> Ask(const USBRequest& request) const;
 
@@ -71,7 +71,7 @@ class KVFPrinterUSB : public KVFPrinter {
   // all the same.
   void WakeSequence();
 
-  // LockPort makes sure that no print job uses the pipes as long as `lock` lives. It answers the code of why it can't,
+  // LockPort makes sure that no print job uses the pipes as long as `lock` lives. It returns the code of why it can't,
   // and an empty text when it can.
   std::string_view LockPort(std::unique_ptr<PortContention>& lock) const;
 

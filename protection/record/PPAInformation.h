@@ -13,7 +13,7 @@ class PPAInformation : public ReportRecord {
  public:
   void ReadTonerXml(const tinyxml2::XMLElement& element, Codes& codes) override;
 
-  // ToText answers BuildXml.
+  // ToText returns BuildXml.
   std::string ToText() const override { return BuildXml(); }
 
   // ReadXml reads the device part of the printer's document: installed date, interface version and form. A document

@@ -3,7 +3,6 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
-#include <utility>
 
 namespace zt {
 
@@ -11,16 +10,10 @@ namespace zt {
 // "/no Count el/no tlevel". They go to the trace log, for support.
 class Codes {
  public:
-  void Add(std::string_view code) {
-    text_ += code;
-    ++count_;
-  }
+  void Add(std::string_view code);
 
   // Replace makes the code the only one.
-  void Replace(std::string_view code) {
-    text_ = code;
-    count_ = 1;
-  }
+  void Replace(std::string_view code);
 
   // Count returns how many codes there are; that of two moments tells whether any came between them.
   std::size_t Count() const { return count_; }

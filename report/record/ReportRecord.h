@@ -28,7 +28,7 @@ class ReportRecord {
   virtual void ReadTonerXml(const tinyxml2::XMLElement& element, Codes& codes) = 0;
   virtual ~ReportRecord() = default;
 
-  // ToText answers the report as it is posted.
+  // ToText returns the report as it is posted.
   virtual std::string ToText() const = 0;
 
   // ReadXml and ReadCountsAndSupplies read a document of the printer into the record; the derived records say which
@@ -58,8 +58,8 @@ class ReportRecord {
   const ElementValues& DeviceValues() const { return deviceValues_; }
   const std::vector<TonerRecord>& Toners() const { return toners_; }
 
-  // IsValidDate tells whether a date text (`SystemInstalledDate`, `InstalledDate`) follows the rules of ParseTimeText.
-  // The setters do not ask it.
+  // IsValidDate reports whether a date text (`SystemInstalledDate`, `InstalledDate`) follows the rules of
+  // ParseTimeText. The setters do not ask it. No caller in this program; part of the interface.
   static bool IsValidDate(std::string_view text);
 
  protected:

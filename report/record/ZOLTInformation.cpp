@@ -1,7 +1,5 @@
 #include "ZOLTInformation.h"
 
-#include <map>
-#include <utility>
 #include <vector>
 
 #include "Codes.h"
@@ -55,18 +53,15 @@ class AmendingPrinter : public tinyxml2::XMLPrinter {
  public:
   explicit AmendingPrinter(const tinyxml2::XMLElement& report) : report_(report) {}
 
-  // Append adds an element at the end of the report.
-  void Append(const char* name, std::string text) { appended_.emplace_back(name, std::move(text)); }
+  // Append adds an element at the end of the report. The texts of both operations are borrowed.
+  void Append(const char* name, const char* text) { amendments_.push_back({nullptr, name, text}); }
 
   // Amend puts the element right: in place or, where it is missing, at the end. An empty text changes nothing.
   void Amend(const char* name, const std::string& text) {
     if (text.empty()) return;
     const tinyxml2::XMLElement* element = report_.FirstChildElement(name);
-    if (!element) {
-      Append(name, text);
-    } else if (const char* present = TextOf(element); !present || text != present) {
-      replaced_.insert_or_assign(element, text);
-    }
+    const char* present = TextOf(element);
+    if (!present || text != present) amendments_.push_back({element, name, text.c_str()});
   }
 
   bool IsComplete() const { return complete_; }
@@ -75,16 +70,19 @@ class AmendingPrinter : public tinyxml2::XMLPrinter {
   using XMLPrinter::VisitExit;
   bool VisitEnter(const tinyxml2::XMLElement& element, const tinyxml2::XMLAttribute* attribute) override {
     XMLPrinter::VisitEnter(element, attribute);
-    const auto replaced = replaced_.find(&element);
-    if (replaced == replaced_.end()) return true;
-    PushText(replaced->second.c_str());
-    return false;  // its children are left out
+    for (const Amendment& amendment : amendments_) {
+      if (amendment.replaced != &element) continue;
+      PushText(amendment.text);
+      return false;  // its children are left out
+    }
+    return true;
   }
   bool VisitExit(const tinyxml2::XMLElement& element) override {
     if (&element == &report_) {
-      for (const auto& [name, text] : appended_) {
-        OpenElement(name);
-        PushText(text.c_str());
+      for (const Amendment& amendment : amendments_) {
+        if (amendment.replaced) continue;
+        OpenElement(amendment.name);
+        PushText(amendment.text);
         CloseElement();
       }
     }
@@ -100,6 +98,12 @@ class AmendingPrinter : public tinyxml2::XMLPrinter {
   }
 
  private:
+  struct Amendment {
+    const tinyxml2::XMLElement* replaced;  // null: appended
+    const char* name;
+    const char* text;
+  };
+
   bool Fits(std::size_t size) {
     const auto printed = static_cast<std::size_t>(CStrSize()) - 1;  // without the NUL
     complete_ = complete_ && size <= kLongestAmended - printed;
@@ -107,8 +111,7 @@ class AmendingPrinter : public tinyxml2::XMLPrinter {
   }
 
   const tinyxml2::XMLElement& report_;
-  std::vector<std::pair<const char*, std::string>> appended_;
-  std::map<const tinyxml2::XMLElement*, std::string> replaced_;
+  std::vector<Amendment> amendments_;
   bool complete_ = true;
 };
 

@@ -14,11 +14,11 @@ class ZOLTInformation : public ReportRecord {
  public:
   void ReadTonerXml(const tinyxml2::XMLElement& element, Codes& codes) override;
 
-  // ToText answers BuildXml, or AmendDeviceXml in document mode.
+  // ToText returns BuildXml, or AmendDeviceXml in document mode.
   std::string ToText() const override;
 
   // ReadXml reads the installed date, the firmware version and the product type, then what ReadCountsAndSupplies reads.
-  // Both answer true when the document is a report that holds counters: gaps in its toners are worth a message only.
+  // Both return true when the document is a report that holds counters: gaps in its toners are worth a message only.
   bool ReadXml(const DeviceDocument& document, Codes& codes) override;
 
   // ReadCountsAndSupplies reads the counters and the toners only: a printer that delivers the report itself keeps its
@@ -44,9 +44,9 @@ class ZOLTInformation : public ReportRecord {
   // element, which ValidateXml then rejects.
   std::string BuildXml() const;
 
-  // AmendDeviceXml answers the device document with the source type, the model and the serial number of this record
+  // AmendDeviceXml returns the device document with the source type, the model and the serial number of this record
   // added or put right. Empty without a device document; one that is no report, or would be longer than 4 MiB then, is
-  // answered unchanged.
+  // returned unchanged.
   std::string AmendDeviceXml() const;
 
   // ValidateXml checks a report and adds a code for what is missing or wrong; true only when it found nothing,

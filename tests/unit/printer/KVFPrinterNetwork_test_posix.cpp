@@ -1,7 +1,8 @@
+#include "KVFPrinterNetwork.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "KVFPrinterNetwork.h"
 #include "PPAInformation.h"
 #include "SNMPPeer.h"
 #include "TraceCapture.h"

@@ -1,7 +1,8 @@
+#include "PrinterSNMPClient.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "PrinterSNMPClient.h"
 #include "SNMPPeer.h"
 #include "TraceCapture.h"
 

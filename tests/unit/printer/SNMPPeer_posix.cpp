@@ -1,3 +1,5 @@
+#include "SNMPPeer.h"
+
 #include <arpa/inet.h>
 #include <netinet/in.h>
 #include <poll.h>
@@ -6,8 +8,6 @@
 
 #include <limits>
 #include <stdexcept>
-
-#include "SNMPPeer.h"
 
 namespace zt {
 namespace {

@@ -1,8 +1,9 @@
+#include "SpoolerWorld.h"
+
 #include <windows.h>
 
 #include "Logger.h"
 #include "RegistryKey.h"
-#include "SpoolerWorld.h"
 #include "Text.h"
 
 namespace zt {

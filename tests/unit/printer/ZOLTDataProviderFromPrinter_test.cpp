@@ -41,7 +41,7 @@ class ProviderTest : public testing::Test {
                    return sends;
                  },
              .readHostVersion = [this] { return hostVersion; },
-             .sleep = [this](std::uint32_t milliseconds) { slept += milliseconds; }}};
+             .pause = [this](std::uint32_t milliseconds) { slept += milliseconds; }}};
   }
 
   // What was traced since the last time, and behind it what went to the debugger output.

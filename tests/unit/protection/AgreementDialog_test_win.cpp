@@ -1,11 +1,12 @@
+#include "AgreementDialog.h"
+
+#include <windows.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <windows.h>
 
 #include <filesystem>
 #include <fstream>
 
-#include "AgreementDialog.h"
 #include "Logger.h"
 #include "RegistryKey.h"
 #include "TempFolder.h"

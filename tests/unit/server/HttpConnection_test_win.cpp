@@ -1,9 +1,10 @@
+#include "HttpConnection.h"
+
+#include <winsock2.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <winsock2.h>
 
 #include "DocumentSize.h"
-#include "HttpConnection.h"
 // after winsock2.h
 #include <wininet.h>
 #include <ws2tcpip.h>
