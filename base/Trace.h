@@ -44,9 +44,11 @@ class ScopedLogger {
 }  // namespace zt
 
 // ZT_TRACE(Warning, "found " << count << " ports") traces one line. The text is built only when the level asks for it.
+// NOLINTBEGIN(bugprone-macro-parentheses): the argument goes on with the chain of <<.
 #define ZT_TRACE(severity, text)                                                                            \
   do {                                                                                                      \
     if (::zt::traceLevel >= static_cast<unsigned>(::zt::Severity::severity)) {                              \
       ::zt::WriteTrace(::zt::Severity::severity, __FILE__, __LINE__, (::zt::TextBuilder() << text).Text()); \
     }                                                                                                       \
   } while (false)
+// NOLINTEND(bugprone-macro-parentheses)
