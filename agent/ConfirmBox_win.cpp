@@ -1,7 +1,8 @@
+#include "ConfirmBox.h"
+
 #include <windows.h>
 
 #include "CodePage.h"
-#include "ConfirmBox.h"
 
 namespace zt {
 

@@ -4,7 +4,7 @@
 
 namespace zt {
 
-// ModelOfDriver answers the model that a driver's name begins with: the part before the last " PS", or else before the
+// ModelOfDriver returns the model that a driver's name begins with: the part before the last " PS", or else before the
 // last " PCL", or else before the last " XPS"; the whole name when it holds none of them. Case counts.
 std::wstring_view ModelOfDriver(std::wstring_view driverName);
 

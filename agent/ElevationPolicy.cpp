@@ -3,6 +3,8 @@
 #include <array>
 #include <cstdint>
 
+#include "Hex.h"
+
 namespace zt {
 
 std::string ElevationPolicyIdentifier(std::string_view baseName) {
@@ -14,12 +16,10 @@ std::string ElevationPolicyIdentifier(std::string_view baseName) {
     bytes[at] ^= static_cast<std::uint8_t>(baseName[at - kFirstNamed]);
   }
 
-  constexpr char kDigits[] = "0123456789ABCDEF";
   std::string identifier = "{";
   for (std::size_t at = 0; at < bytes.size(); ++at) {
     if (at == 4 || at == 6 || at == 8 || at == 10) identifier += '-';
-    identifier += kDigits[bytes[at] >> 4];
-    identifier += kDigits[bytes[at] & 0x0F];
+    AppendHex(identifier, bytes[at]);
   }
   return identifier + "}";
 }

@@ -1,5 +1,6 @@
-#include "CodePage.h"
 #include "ElevationPolicy.h"
+
+#include "CodePage.h"
 #include "RegistryKey.h"
 
 namespace zt {

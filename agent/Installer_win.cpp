@@ -1,6 +1,7 @@
+#include "Installer.h"
+
 #include "CodePage.h"
 #include "ElevationPolicy.h"
-#include "Installer.h"
 #include "Trace.h"
 #include "ZOLTLocalSetting.h"
 

@@ -10,7 +10,7 @@ struct ModulePath {
   std::wstring baseName;
   std::wstring extension;  // with its dot
 
-  // OfThisProgram answers the path of the program file; all empty when it has 260 characters or more.
+  // OfThisProgram returns the path of the program file; all empty when it has 260 characters or more.
   static ModulePath OfThisProgram();
 };
 

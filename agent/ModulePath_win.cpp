@@ -1,6 +1,7 @@
+#include "ModulePath.h"
+
 #include <stdlib.h>
 
-#include "ModulePath.h"
 #include "ProgramPath.h"
 
 namespace zt {

@@ -1,4 +1,5 @@
 #include "ProgramFlags.h"
+
 #include "RegistryKey.h"
 
 namespace zt {
@@ -12,15 +13,6 @@ ProgramFlags ProgramFlags::Read() {
           .virtualTest = isOn(L"VirtualTest"),
           .testMode = isOn(L"TestMode"),
           .url = key.ReadString(L"URL")};
-}
-
-bool ReadStoredAgreement(const std::wstring& model) {
-  constexpr REGSAM kAccess = KEY_READ | KEY_SET_VALUE | KEY_CREATE_SUB_KEY;
-  const std::wstring parent = L"SOFTWARE\\Velnora\\WEB_Agreement";
-  const std::wstring path = parent + L"\\" + model;
-  RegistryKey key = RegistryKey::Open(path, kAccess);
-  if (!key && RegistryKey::Open(parent, KEY_READ)) key = RegistryKey::OpenOrCreate(path, kAccess);
-  return (key.ReadDword(L"ZOLTAgree").value_or(0) & 1) != 0;
 }
 
 }  // namespace zt

@@ -12,7 +12,7 @@ class ProtectionGuard {
  public:
   explicit ProtectionGuard(const std::wstring& queueName);
 
-  // HeldByAnother tells whether another process is at work on this queue. A guard that could not be made counts as
+  // HeldByAnother reports whether another process is at work on this queue. A guard that could not be made counts as
   // free.
   bool HeldByAnother() const { return heldByAnother_; }
 

@@ -1,4 +1,5 @@
 #include "ProtectionGuard.h"
+
 #include "Trace.h"
 
 namespace zt {

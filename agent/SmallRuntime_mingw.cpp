@@ -16,7 +16,7 @@ void __verbose_terminate_handler() { _Exit(0); }
 }  // namespace __gnu_cxx
 
 // What snprintf and vsnprintf come down to. The original formats floating point on its own; Windows' C library has all
-// that is needed here. Unlike that library's function this one ends the text with a NUL and answers the length of the
+// that is needed here. Unlike that library's function this one ends the text with a NUL and returns the length of the
 // whole text, as the C standard has it.
 extern "C" int __mingw_vsnprintf(char* buffer, size_t size, const char* format, va_list arguments);
 extern "C" int __mingw_vsnprintf(char* buffer, size_t size, const char* format, va_list arguments) {

@@ -2,7 +2,6 @@
 // order, builds the objects of a run and starts it. Every early end writes one trace line; the exit code is always 0.
 
 #include <windows.h>
-// after windows.h
 #include <shellapi.h>
 #include <ztsnmp/SNMPManager.h>
 
@@ -16,6 +15,7 @@
 #include "CommandLine.h"
 #include "ConfirmBox.h"
 #include "DriverModel.h"
+#include "Handle.h"
 #include "Installer.h"
 #include "Logger.h"
 #include "ModulePath.h"
@@ -23,6 +23,7 @@
 #include "PrinterInformation.h"
 #include "ProgramFlags.h"
 #include "ProtectionGuard.h"
+#include "StoredAgreement.h"
 #include "Trace.h"
 #include "VirtualZOLTDataProvider.h"
 #include "ZOLTDataProviderFromPrinter.h"
@@ -46,10 +47,6 @@ struct SnmpLibrary {
   SnmpLibrary& operator=(const SnmpLibrary&) = delete;
 };
 
-struct LocalFreeDeleter {
-  void operator()(wchar_t** arguments) const { LocalFree(arguments); }
-};
-
 CommandLine ReadCommandLine(const wchar_t* text) {
   int count = 0;
   const std::unique_ptr<wchar_t*, LocalFreeDeleter> arguments(CommandLineToArgvW(text, &count));
@@ -69,15 +66,15 @@ class Agent {
         settings_(settings),
         fromPrinter_(queueName_, LocalQueueServices()),
         virtualPrinter_(queueName_),
-        server_(PostFormOverHttp, ::Sleep),
+        server_(PostFormOverHttp, SystemPause),
         skipChecker_(&settings, CurrentTime) {
     if (flags_.url) server_.SetBaseURL(ToNarrow(*flags_.url));
     server_.SetTestMode(flags_.testMode);
     server_.SetDontCheckSkip(flags_.dontCheckSkip);
-    if (flags_.dontCheckSkip) skipChecker_.DisableChecks();
+    skipChecker_.SetDontCheckSkip(flags_.dontCheckSkip);
   }
 
-  // RunProductProtection answers whether the process goes on. While another process is at work on the queue, the run is
+  // RunProductProtection returns whether the process goes on. While another process is at work on the queue, the run is
   // left out without a word.
   bool RunProductProtection(const std::wstring& language) {
     {
@@ -97,7 +94,7 @@ class Agent {
     return true;
   }
 
-  // RunPrintVolume answers whether the run was made.
+  // RunPrintVolume returns whether the run was made.
   bool RunPrintVolume() {
     if (instanceHandler.AlreadyRunning()) {
       ZT_TRACE(Warning, "zolt data collecting already running.. bye~");
@@ -145,14 +142,14 @@ bool RunProgram() {
 
   if (commandLine.Has(L"UnInstall")) {
     ZT_TRACE(Information, "wait...");
-    instanceHandler.WaitForPrevious(kPreviousInstanceAttempts, ::Sleep);
+    instanceHandler.WaitForPrevious(kPreviousInstanceAttempts, SystemPause);
     ZT_TRACE(Information, "uninstall");
     Uninstall(program.baseName);
     return false;
   }
   if (commandLine.Has(L"Install")) {
     ZT_TRACE(Information, "wait...");
-    instanceHandler.WaitForPrevious(kPreviousInstanceAttempts, ::Sleep);
+    instanceHandler.WaitForPrevious(kPreviousInstanceAttempts, SystemPause);
     ZT_TRACE(Information, "install");
     Install(program);
     return false;

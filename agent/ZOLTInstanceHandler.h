@@ -16,7 +16,7 @@ class ZOLTInstanceHandler {
   // WaitForPrevious waits while another instance is running: one second for each of `attempts`. Since the state is not
   // looked at again, on purpose, it always waits all of them or not at all. Answers whether there was nothing to wait
   // for.
-  bool WaitForPrevious(int attempts, const Sleep& sleep) const;
+  bool WaitForPrevious(int attempts, const Pause& pause) const;
 
  private:
   KernelHandle mutex_;

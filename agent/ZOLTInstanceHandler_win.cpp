@@ -1,5 +1,6 @@
-#include "Trace.h"
 #include "ZOLTInstanceHandler.h"
+
+#include "Trace.h"
 
 namespace zt {
 
@@ -9,11 +10,11 @@ ZOLTInstanceHandler::ZOLTInstanceHandler()
     : mutex_(CreateMutexW(nullptr, FALSE, L"Global\\{758F66C0-4B4C-4c4a-81F9-D289C5CCE8E5}")),
       creationError_(GetLastError()) {}
 
-bool ZOLTInstanceHandler::WaitForPrevious(int attempts, const Sleep& sleep) const {
+bool ZOLTInstanceHandler::WaitForPrevious(int attempts, const Pause& pause) const {
   for (; AlreadyRunning(); --attempts) {
     if (attempts == 0) return false;
     ZT_TRACE(Warning, "Waiting for previous instance terminated...");
-    sleep(1000);
+    pause(1000);
   }
   return true;
 }

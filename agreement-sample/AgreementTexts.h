@@ -13,10 +13,10 @@ class AgreementTexts {
   // a language that the library does not have.
   AgreementTexts(HMODULE library, std::wstring_view language);
 
-  // String answers a string of the resources by its number; empty when there is none.
+  // String returns a string of the resources by its number; empty when there is none.
   std::wstring String(unsigned id) const;
 
-  // Agreement answers the agreement, with the line ends of an edit control.
+  // Agreement returns the agreement, with the line ends of an edit control.
   std::wstring Agreement() const;
 
  private:

@@ -1,6 +1,7 @@
+#include "AgreementTexts.h"
+
 #include <cstring>
 
-#include "AgreementTexts.h"
 #include "UA.h"
 
 namespace {
@@ -9,10 +10,10 @@ WORD FindLanguage(std::wstring_view code) {
   constexpr struct {
     std::wstring_view code;
     WORD language;
-  } languages[] = {
+  } kLanguages[] = {
       {L"DE", LANG_GERMAN}, {L"FR", LANG_FRENCH}, {L"ES", LANG_SPANISH}, {L"JA", LANG_JAPANESE}, {L"EN", LANG_ENGLISH}};
   code = code.substr(0, code.find_first_of(L"-_"));
-  for (const auto& known : languages) {
+  for (const auto& known : kLanguages) {
     if (CompareStringOrdinal(code.data(), static_cast<int>(code.size()), known.code.data(),
                              static_cast<int>(known.code.size()), TRUE) == CSTR_EQUAL) {
       return known.language;

@@ -1,10 +1,11 @@
 #include "AgreementWindow.h"
+
 #include "ProtectionAgreementUI.h"
 #include "UA.h"
 
 namespace {
 
-// Behind the messages of the window itself.
+// Posted to the window by itself, so that it is handled after the messages that are waiting.
 constexpr UINT kFitToDisplay = WM_APP;
 
 // The common controls that the library's manifest asks for, while it lives. Without them (an old system) the controls

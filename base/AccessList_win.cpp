@@ -1,17 +1,14 @@
-#include <windows.h>
-
 #include "AccessList.h"
-// after windows.h
+
+#include <windows.h>
 #include <aclapi.h>
 
 #include <memory>
 
+#include "Handle.h"
+
 namespace zt {
 namespace {
-
-struct LocalFreeDeleter {
-  void operator()(void* memory) const { LocalFree(memory); }
-};
 
 void SetEveryoneList(const std::wstring& path) {
   SID_IDENTIFIER_AUTHORITY world = SECURITY_WORLD_SID_AUTHORITY;

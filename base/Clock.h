@@ -6,12 +6,15 @@
 
 namespace zt {
 
-// Now answers the current time in seconds since 1970-01-01 UTC. Rules take it as an argument and never ask the clock
+// Now returns the current time in seconds since 1970-01-01 UTC. Rules take it as an argument and never ask the clock
 // themselves.
 using Now = std::function<std::time_t()>;
 
-// Sleep pauses the calling thread for the given number of milliseconds. Handed in wherever a protocol waits, so that no
+// Pause holds the calling thread for the given number of milliseconds. Handed in wherever a protocol waits, so that no
 // test does.
-using Sleep = std::function<void(std::uint32_t milliseconds)>;
+using Pause = std::function<void(std::uint32_t milliseconds)>;
+
+// SystemPause is the Pause of the running agent (Windows only).
+void SystemPause(std::uint32_t milliseconds);
 
 }  // namespace zt

@@ -19,7 +19,7 @@ std::wstring DecodeText(std::string_view text);
 // ToUtf8 converts wide text to UTF-8, whatever the code page.
 std::string ToUtf8(std::wstring_view text);
 
-// IsLeadByte tells whether the byte opens a double-byte character of the system ANSI code page. False where there is
+// IsLeadByte reports whether the byte opens a double-byte character of the system ANSI code page. False where there is
 // none.
 bool IsLeadByte(unsigned char byte);
 

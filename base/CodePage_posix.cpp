@@ -1,6 +1,6 @@
-#include <cstdint>
-
 #include "CodePage.h"
+
+#include <cstdint>
 
 namespace zt {
 

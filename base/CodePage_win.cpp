@@ -1,6 +1,6 @@
-#include <windows.h>
-
 #include "CodePage.h"
+
+#include <windows.h>
 
 namespace zt {
 namespace {

@@ -38,7 +38,7 @@ class Handle {
     SetLastError(error);
   }
 
-  // Receive closes what is held and answers where an opening call may store a new handle.
+  // Receive closes what is held and returns where an opening call may store a new handle.
   Type* Receive() {
     Reset();
     return &handle_;
@@ -75,5 +75,10 @@ struct LibraryHandleTraits {
   static void Close(Type library) { FreeLibrary(library); }
 };
 using LibraryHandle = Handle<LibraryHandleTraits>;
+
+// LocalFreeDeleter is the deleter of what Windows allocates for its caller with LocalAlloc.
+struct LocalFreeDeleter {
+  void operator()(void* memory) const { LocalFree(memory); }
+};
 
 }  // namespace zt

@@ -4,7 +4,7 @@
 
 namespace zt {
 
-// ProgramPath answers the full path of the running program's file; empty when the system does not tell it.
+// ProgramPath returns the full path of the running program's file; empty when the system does not tell it.
 std::wstring ProgramPath();
 
 }  // namespace zt

@@ -1,6 +1,6 @@
-#include <windows.h>
-
 #include "ProgramPath.h"
+
+#include <windows.h>
 
 namespace zt {
 

@@ -8,7 +8,7 @@
 
 namespace zt {
 
-// RegistryKey is one key of HKEY_LOCAL_MACHINE. An object whose opening failed holds no key: every read of it answers
+// RegistryKey is one key of HKEY_LOCAL_MACHINE. An object whose opening failed holds no key: every read of it returns
 // nothing and every write false.
 class RegistryKey {
  public:
@@ -22,10 +22,10 @@ class RegistryKey {
 
   explicit operator bool() const { return static_cast<bool>(key_); }
 
-  // ReadDword answers the value when it exists and is a REG_DWORD.
+  // ReadDword returns the value when it exists and is a REG_DWORD.
   std::optional<std::uint32_t> ReadDword(const wchar_t* name) const;
 
-  // ReadString answers the value when it exists, is a REG_SZ or REG_EXPAND_SZ (variables are not expanded) and its last
+  // ReadString returns the value when it exists, is a REG_SZ or REG_EXPAND_SZ (variables are not expanded) and its last
   // character is the terminator; an empty value needs none. The text ends at its first NUL.
   std::optional<std::wstring> ReadString(const wchar_t* name) const;
 

@@ -1,6 +1,6 @@
-#include <vector>
-
 #include "RegistryKey.h"
+
+#include <vector>
 
 namespace zt {
 

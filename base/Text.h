@@ -15,7 +15,7 @@ std::string_view Trim(std::string_view text, std::string_view characters = "\r\n
 // The tokens point into `text`.
 std::vector<std::string_view> SplitAny(std::string_view text, std::string_view delimiters);
 
-// OnOneLine answers the text with a blank in place of each CR and LF: what printers, servers and users send must not
+// OnOneLine returns the text with a blank in place of each CR and LF: what printers, servers and users send must not
 // start a line of its own in a file of lines.
 std::string OnOneLine(std::string_view text);
 

@@ -27,7 +27,7 @@ class TextBuilder {
     return *this << std::string_view(std::to_string(number));
   }
 
-  // Text answers what was joined so far; it lives as long as the builder is left alone.
+  // Text returns what was joined so far; it lives as long as the builder is left alone.
   std::string_view Text() const { return text_; }
 
   // Take moves the text out of the builder.

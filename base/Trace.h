@@ -28,7 +28,8 @@ void WriteDebug(std::wstring_view text);
 void WriteKvfDebug(std::string_view text);
 void WriteKvfDebug(std::wstring_view text);
 
-// ScopedLogger marks in the debugger output when a scope is entered and left.
+// ScopedLogger marks in the debugger output when a scope is entered and left. No caller in this program; kept for
+// whoever debugs one of its scopes.
 class ScopedLogger {
  public:
   explicit ScopedLogger(std::string_view scope) : scope_(scope) { WriteDebug(scope_ + " >> enter\n"); }
@@ -43,9 +44,11 @@ class ScopedLogger {
 }  // namespace zt
 
 // ZT_TRACE(Warning, "found " << count << " ports") traces one line. The text is built only when the level asks for it.
+// NOLINTBEGIN(bugprone-macro-parentheses): the argument goes on with the chain of <<.
 #define ZT_TRACE(severity, text)                                                                            \
   do {                                                                                                      \
     if (::zt::traceLevel >= static_cast<unsigned>(::zt::Severity::severity)) {                              \
       ::zt::WriteTrace(::zt::Severity::severity, __FILE__, __LINE__, (::zt::TextBuilder() << text).Text()); \
     }                                                                                                       \
   } while (false)
+// NOLINTEND(bugprone-macro-parentheses)

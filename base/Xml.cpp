@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "Hex.h"
+
 namespace zt {
 namespace {
 
@@ -15,13 +17,6 @@ constexpr Opaque kOpaqueMarkup[] = {{"<!--", "-->"}, {"<![CDATA[", "]]>"}, {"<?"
 // XML's own entities (XML 1.0, 4.6). What a document declares beside them the parser does not read.
 constexpr std::string_view kEntities[] = {"amp", "apos", "gt", "lt", "quot"};
 
-bool IsHexadecimalDigit(char character) {
-  return (character >= '0' && character <= '9') || (character >= 'a' && character <= 'f') ||
-         (character >= 'A' && character <= 'F');
-}
-
-bool IsDecimalDigit(char character) { return character >= '0' && character <= '9'; }
-
 // `text` begins right after the "&".
 bool IsReference(std::string_view text) {
   const std::size_t semicolon = text.find(';');
@@ -31,7 +26,7 @@ bool IsReference(std::string_view text) {
   name.remove_prefix(1);
   const bool hexadecimal = name.starts_with('x');
   if (hexadecimal) name.remove_prefix(1);
-  return !name.empty() && std::all_of(name.begin(), name.end(), hexadecimal ? IsHexadecimalDigit : IsDecimalDigit);
+  return !name.empty() && std::all_of(name.begin(), name.end(), hexadecimal ? IsHexDigit : IsDecimalDigit);
 }
 
 }  // namespace

@@ -1,8 +1,9 @@
+#include "HostVersion.h"
+
 #include <windows.h>
 
 #include "CodePage.h"
 #include "Handle.h"
-#include "HostVersion.h"
 
 namespace zt {
 namespace {

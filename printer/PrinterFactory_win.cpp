@@ -1,3 +1,5 @@
+#include "PrinterFactory.h"
+
 #include <windows.h>
 
 #include <utility>
@@ -7,7 +9,6 @@
 #include "HttpConnection.h"
 #include "KVFPrinterNetwork.h"
 #include "KVFPrinterUSB.h"
-#include "PrinterFactory.h"
 #include "PrinterInformation.h"
 #include "QueueJobs.h"
 #include "TCPIPPort.h"
@@ -43,12 +44,11 @@ std::unique_ptr<KVFPrinter> CreateForWSDPort(const PrinterInformation& queue) {
 std::unique_ptr<KVFPrinter> CreateForUSBPort(const PrinterInformation& queue) {
   std::optional<std::wstring> devicePath = FindUSBDevicePath(queue.PortName());
   if (!devicePath) return nullptr;
-  return std::make_unique<KVFPrinterUSB>(
-      *std::move(devicePath), USBServices{.openControl = OpenUSBControl,
-                                          .openBulk = OpenUSBBulkIO,
-                                          .loadDeviceMonitor = LoadDeviceMonitor,
-                                          .countJobs = CountQueueJobs,
-                                          .sleep = [](std::uint32_t milliseconds) { ::Sleep(milliseconds); }});
+  return std::make_unique<KVFPrinterUSB>(*std::move(devicePath), USBServices{.openControl = OpenUSBControl,
+                                                                             .openBulk = OpenUSBBulkIO,
+                                                                             .loadDeviceMonitor = LoadDeviceMonitor,
+                                                                             .countJobs = CountQueueJobs,
+                                                                             .pause = SystemPause});
 }
 
 std::unique_ptr<KVFPrinter> CreateForTCPIPPort(const PrinterInformation& queue) {

@@ -26,7 +26,7 @@ struct QueueServices {
   // Answers the version of the installed driver package; nothing without one.
   std::function<std::optional<std::string>()> readHostVersion;
 
-  Sleep sleep;
+  Pause pause;
 };
 
 // LocalQueueServices serves with the spooler, the printers and the files of this computer.

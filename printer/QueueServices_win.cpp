@@ -1,10 +1,11 @@
+#include "QueueServices.h"
+
 #include <windows.h>
 
 #include "HostVersion.h"
 #include "PrinterFactory.h"
 #include "ProgramPath.h"
 #include "QueueJobs.h"
-#include "QueueServices.h"
 
 namespace zt {
 QueueServices LocalQueueServices() {
@@ -12,7 +13,7 @@ QueueServices LocalQueueServices() {
           .countJobs = CountQueueJobs,
           .sendRawJob = SendRawToQueue,
           .readHostVersion = [] { return ReadHostVersion(ProgramPath()); },
-          .sleep = [](std::uint32_t milliseconds) { ::Sleep(milliseconds); }};
+          .pause = SystemPause};
 }
 
 }  // namespace zt

@@ -1,6 +1,7 @@
 #include "VirtualZOLTDataProvider.h"
 
 #include "PPAInformation.h"
+#include "ProtectionState.h"
 #include "Trace.h"
 #include "ZOLTInformation.h"
 
@@ -15,12 +16,11 @@ constexpr const char* kInstalledDate = "2024-03-18";
 constexpr const char* kHostVersion = "1.0.0.0";
 constexpr const char* kCountryIndex = "12";
 constexpr std::string_view kExtendedID = "CMD:ZOLT,SBXON,CI_12;";
-constexpr std::uint32_t kProtectionOn = 1;
 constexpr std::uint32_t kTonerLife = 160;  // past the limit that holds until a server tells another
 constexpr std::uint32_t kTonerChanges = 3;
 
 struct Toner {
-  std::int32_t colour;
+  TonerColour colour;
   std::uint32_t level;
   std::uint32_t coverage;
   const char* modelID;
@@ -29,10 +29,10 @@ struct Toner {
 };
 
 constexpr Toner kToners[] = {
-    {1, 71, 4, "RV-T21C", "VC000101", "29"},
-    {2, 64, 5, "RV-T21M", "VM000102", "36"},
-    {3, 80, 3, "RV-T21Y", "VY000103", "20"},
-    {4, 38, 6, "RV-T21K", "VK000104", "62"},
+    {TonerColour::Cyan, 71, 4, "RV-T21C", "VC000101", "29"},
+    {TonerColour::Magenta, 64, 5, "RV-T21M", "VM000102", "36"},
+    {TonerColour::Yellow, 80, 3, "RV-T21Y", "VY000103", "20"},
+    {TonerColour::Black, 38, 6, "RV-T21K", "VK000104", "62"},
 };
 
 }  // namespace
@@ -97,9 +97,9 @@ bool VirtualZOLTDataProvider::CollectSBX(PPAInformation& record) {
   return true;
 }
 
-bool VirtualZOLTDataProvider::CheckSBXSupport(std::uint32_t* state) {
+bool VirtualZOLTDataProvider::CheckSBXSupport(ProtectionState* state) {
   if (!state) return false;
-  *state = kProtectionOn;
+  *state = ProtectionState::On;
   return true;
 }
 

@@ -22,7 +22,7 @@ class VirtualZOLTDataProvider : public IZOLTDataProvider {
   bool WaitForJobs(int maximumPolls, bool& jobsPending) override;
   bool CollectZOLT(ZOLTInformation& record) override;
   bool CollectSBX(PPAInformation& record) override;
-  bool CheckSBXSupport(std::uint32_t* state) override;
+  bool CheckSBXSupport(ProtectionState* state) override;
   std::wstring GetQueueName() const override { return queueName_; }
   bool SendRawToQueue(const char* text) override;
   bool SetProtection(bool on) override;

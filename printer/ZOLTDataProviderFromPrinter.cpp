@@ -78,14 +78,14 @@ bool ZOLTDataProviderFromPrinter::WaitForJobs(int maximumPolls, bool& jobsPendin
       ZT_TRACE(Information, "timeout...");
       return true;
     }
-    services_.sleep(kPollPause);
+    services_.pause(kPollPause);
   }
 }
 
 bool ZOLTDataProviderFromPrinter::CollectZOLT(ZOLTInformation& record) {
   ZT_TRACE(Information, "Start collecting...");
   if (!IsReady()) return false;
-  if (!sbxDocument_.empty()) record.SetDeviceDocument(sbxDocument_);
+  if (!sbxDocument_.empty()) record.SetDocument(sbxDocument_);
   const HResult result = Collect([&] { return printer_->GetZOLTInformation(record, errorText_); });
   record.SetFromUniversalDriver(printer_->IsUniversalDriver());
   ZT_TRACE(Information, "End collecting...");
@@ -108,18 +108,18 @@ bool ZOLTDataProviderFromPrinter::CollectSBX(PPAInformation& record) {
   if (Succeeded(printer_->GetModelName(text))) record.SetModelName(text);
   if (Succeeded(printer_->GetSerialNumber(text))) record.SetSerialNumber(text);
   if (Succeeded(printer_->GetCountryIndex(text))) record.SetCountryIndex(text);
-  sbxDocument_ = record.DeviceDocument();
+  sbxDocument_ = record.Document().Text();
   return true;
 }
 
-bool ZOLTDataProviderFromPrinter::CheckSBXSupport(std::uint32_t* state) {
+bool ZOLTDataProviderFromPrinter::CheckSBXSupport(ProtectionState* state) {
   if (!IsReady() || !state) return false;
   WriteDebug("Checking SBX support from device...");
   if (printer_->GetSBXState(state) == HResult::False) {
     ZT_TRACE(Information, "SBX is not supported!");
     return false;
   }
-  WriteDebug((TextBuilder() << "[ZT] SBX support value = " << *state).Take());
+  WriteDebug((TextBuilder() << "[ZT] SBX support value = " << static_cast<std::uint32_t>(*state)).Take());
   return true;
 }
 

@@ -24,7 +24,7 @@ class ZOLTDataProviderFromPrinter : public IZOLTDataProvider {
   bool WaitForJobs(int maximumPolls, bool& jobsPending) override;
   bool CollectZOLT(ZOLTInformation& record) override;
   bool CollectSBX(PPAInformation& record) override;
-  bool CheckSBXSupport(std::uint32_t* state) override;
+  bool CheckSBXSupport(ProtectionState* state) override;
   std::wstring GetQueueName() const override { return queueName_; }
   bool SendRawToQueue(const char* text) override;
   bool SetProtection(bool on) override;
@@ -36,7 +36,7 @@ class ZOLTDataProviderFromPrinter : public IZOLTDataProvider {
   bool ExtendedIDContains(std::string_view text) override;
 
  private:
-  // IsReady tells whether the printer is there and open; it traces what is missing.
+  // IsReady reports whether the printer is there and open; it traces what is missing.
   bool IsReady() const;
 
   // Collect makes a collection of the printer. Memory that the printer's document has used up makes it fail.

@@ -1,6 +1,7 @@
+#include "AgreementDialog.h"
+
 #include <windows.h>
 
-#include "AgreementDialog.h"
 #include "Handle.h"
 #include "ProgramPath.h"
 #include "ProtectionAgreementUI.h"

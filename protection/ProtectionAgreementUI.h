@@ -7,7 +7,7 @@
    function at most once per run, on its main thread, and unloads the library. Libraries that it needs are looked for
    beside it and in the system folder. This header is plain C. */
 
-#include <stddef.h> /* wchar_t */
+#include <stddef.h> /* wchar_t; NOLINT(modernize-deprecated-headers): plain C */
 
 #ifdef __cplusplus
 extern "C" {
@@ -28,6 +28,7 @@ enum {
    countryIs52  a Windows BOOL: not 0 when the printer was made for country index 52
 
    Both texts belong to the agent and are valid during the call. The function must let no exception out. */
+/* NOLINTNEXTLINE(modernize-use-using): plain C */
 typedef int(__cdecl* ShowProtectionAgreementUIFunction)(const wchar_t* queue, const wchar_t* language, int countryIs52);
 
 #ifdef __cplusplus

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "ProtectionState.h"
 #include "Text.h"
 
 namespace zt {
@@ -16,11 +17,11 @@ std::uint32_t Limit(const ServerPolicy& policy) { return static_cast<std::uint32
 
 }  // namespace
 
-bool IsProtectable(SBXState state) { return state == SBXState::On || state == SBXState::Off; }
+bool IsProtectable(ProtectionState state) { return state == ProtectionState::On || state == ProtectionState::Off; }
 
-Question QuestionForProtectedPrinter(SBXState state, std::uint32_t tonerLife, const ServerPolicy& policy,
+Question QuestionForProtectedPrinter(ProtectionState state, std::uint32_t tonerLife, const ServerPolicy& policy,
                                      std::string_view countryIndex) {
-  if (state != SBXState::On || Limit(policy) >= tonerLife) return Question::None;
+  if (state != ProtectionState::On || Limit(policy) >= tonerLife) return Question::None;
   const bool unknown = countryIndex.find("Unknown") != std::string_view::npos;
   return unknown || IsCountryListed(policy.nsLanguageCode, countryIndex) ? Question::Decline : Question::Ask;
 }
@@ -30,7 +31,9 @@ bool IsCountryListed(std::string_view list, std::string_view countryIndex) {
   return std::any_of(items.begin(), items.end(), [&](std::string_view item) { return Trim(item) == countryIndex; });
 }
 
-bool IsServerAskedFirst(bool policyStored, SBXState state) { return !policyStored || state == SBXState::On; }
+bool IsServerAskedFirst(bool policyStored, ProtectionState state) {
+  return !policyStored || state == ProtectionState::On;
+}
 
 ServerPolicy MergePolicy(const ServerPolicy& policy, const ServerAnswer& answer) {
   ServerPolicy merged = policy;
@@ -44,7 +47,9 @@ bool IsTonerFresh(std::uint32_t tonerLife) { return tonerLife < kFreshTonerLife;
 
 bool IsRefused(Agreement agreement) { return agreement != Agreement::Agreed; }
 
-bool IsReportDue(SBXState state, Agreement agreement) { return state == SBXState::Off || IsRefused(agreement); }
+bool IsReportDue(ProtectionState state, Agreement agreement) {
+  return state == ProtectionState::Off || IsRefused(agreement);
+}
 
 bool IsBelowLimit(std::uint32_t tonerLife, const ServerPolicy& policy) {
   return Limit(policy) > 0 && tonerLife < Limit(policy);

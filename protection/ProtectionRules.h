@@ -10,13 +10,7 @@
 
 namespace zt {
 
-// SBXState is what the printer announces about the protection of its consumables.
-enum class SBXState : std::uint32_t {
-  None = 0,
-  On = 1,   // "SBXON"
-  Off = 2,  // "SBXOFF"
-  OT = 3,   // "SBXOT"
-};
+enum class ProtectionState : std::uint32_t;
 
 // Agreement is the outcome of the user's agreement.
 enum class Agreement {
@@ -25,8 +19,8 @@ enum class Agreement {
   DisagreedUnreported = 3  // not agreed, not to be reported; also when nobody was asked
 };
 
-// IsProtectable tells whether the printer takes part: its protection can be switched.
-bool IsProtectable(SBXState state);
+// IsProtectable reports whether the printer takes part: its protection can be switched.
+bool IsProtectable(ProtectionState state);
 
 // Question is what is to be done about the agreement of a printer whose protection is on.
 enum class Question {
@@ -37,29 +31,30 @@ enum class Question {
 
 // QuestionForProtectedPrinter decides by the state, the toner life against the limit of the policy, and the country:
 // where the country is unknown or in the policy's list nobody is asked.
-Question QuestionForProtectedPrinter(SBXState state, std::uint32_t tonerLife, const ServerPolicy& policy,
+Question QuestionForProtectedPrinter(ProtectionState state, std::uint32_t tonerLife, const ServerPolicy& policy,
                                      std::string_view countryIndex);
 
-// IsCountryListed tells whether the country index is one of the comma-separated items; blanks around them do not count.
+// IsCountryListed reports whether the country index is one of the comma-separated items; blanks around them do not
+// count.
 bool IsCountryListed(std::string_view list, std::string_view countryIndex);
 
-// IsServerAskedFirst tells whether the server is asked before the toner life is looked at.
-bool IsServerAskedFirst(bool policyStored, SBXState state);
+// IsServerAskedFirst reports whether the server is asked before the toner life is looked at.
+bool IsServerAskedFirst(bool policyStored, ProtectionState state);
 
-// MergePolicy answers the policy with the values that the server gave; what it did not give stays, except that the
+// MergePolicy returns the policy with the values that the server gave; what it did not give stays, except that the
 // toner limit becomes the default.
 ServerPolicy MergePolicy(const ServerPolicy& policy, const ServerAnswer& answer);
 
-// IsTonerFresh tells whether the toner life is so low that no limit applies.
+// IsTonerFresh reports whether the toner life is so low that no limit applies.
 bool IsTonerFresh(std::uint32_t tonerLife);
 
-// IsRefused tells whether it was not agreed to.
+// IsRefused reports whether it was not agreed to.
 bool IsRefused(Agreement agreement);
 
-// IsReportDue tells whether data is collected: the protection is off, or the agreement was refused.
-bool IsReportDue(SBXState state, Agreement agreement);
+// IsReportDue reports whether data is collected: the protection is off, or the agreement was refused.
+bool IsReportDue(ProtectionState state, Agreement agreement);
 
-// IsBelowLimit tells whether the toner life has not reached the limit of the policy; a limit of 0 is none.
+// IsBelowLimit reports whether the toner life has not reached the limit of the policy; a limit of 0 is none.
 bool IsBelowLimit(std::uint32_t tonerLife, const ServerPolicy& policy);
 
 }  // namespace zt

@@ -6,9 +6,10 @@
 
 namespace zt {
 
-class PPAInformation;
+class PPAInformation;  // of protection/record: only its reference passes through here
 class ReportRecord;
 class ZOLTInformation;
+enum class ProtectionState : std::uint32_t;
 
 // IZOLTDataProvider is the one interface through which the runs reach the printer behind a queue. Nothing throws; the
 // reasons of a failure go to the trace log. Outputs keep their content on failure unless said otherwise.
@@ -26,7 +27,7 @@ class IZOLTDataProvider {
   // GetSerialNumber reads the printer's serial number. False also for the serial number "MPS-MODE".
   virtual bool GetSerialNumber(std::string& serialNumber) = 0;
 
-  // GetPrinterAddress answers the network address or USB device path, in the ANSI code page; empty without a printer.
+  // GetPrinterAddress returns the network address or USB device path, in the ANSI code page; empty without a printer.
   virtual std::string GetPrinterAddress() const = 0;
 
   // WaitForJobs polls the queue once a second, at most `maximumPolls` times, until it holds no job. `jobsPending` tells
@@ -39,10 +40,10 @@ class IZOLTDataProvider {
   // CollectSBX fills the product-protection record from the printer.
   virtual bool CollectSBX(PPAInformation& record) = 0;
 
-  // CheckSBXSupport reads the protection state: 0 none, 1 "SBXON", 2 "SBXOFF", 3 "SBXOT". False for a null output.
-  virtual bool CheckSBXSupport(std::uint32_t* state) = 0;
+  // CheckSBXSupport reads the protection state. False for a null output.
+  virtual bool CheckSBXSupport(ProtectionState* state) = 0;
 
-  // GetQueueName answers the name of the queue, whether there is a printer behind it or not.
+  // GetQueueName returns the name of the queue, whether there is a printer behind it or not.
   virtual std::wstring GetQueueName() const = 0;
 
   // SendRawToQueue prints the text as one raw job of the queue. False for null.
@@ -51,10 +52,11 @@ class IZOLTDataProvider {
   // SetProtection switches the printer's consumable protection on or off.
   virtual bool SetProtection(bool on) = 0;
 
-  // GetModelName answers the model as the printer's device ID words it.
+  // GetModelName returns the model as the printer's device ID words it.
   virtual bool GetModelName(std::string& modelName) = 0;
 
-  // GetSBXDocument answers the document that CollectSBX has read and kept; empty without one.
+  // GetSBXDocument returns the document that CollectSBX has read and kept; empty without one. No caller in this
+  // program; part of the interface.
   virtual std::string GetSBXDocument() const = 0;
 
   // GetTonerLife reads the toner life and the toner change count. False for a null output.
@@ -63,11 +65,12 @@ class IZOLTDataProvider {
   // GetHostVersion stores the version of the installed driver package in the record.
   virtual bool GetHostVersion(ReportRecord& record) = 0;
 
-  // GetCountryIndex answers the country that the printer was made for. True, the text untouched, for a printer that
+  // GetCountryIndex returns the country that the printer was made for. True, the text untouched, for a printer that
   // names none.
   virtual bool GetCountryIndex(std::string& countryIndex) = 0;
 
-  // ExtendedIDContains tells whether the printer's extended device ID holds the text.
+  // ExtendedIDContains reports whether the printer's extended device ID holds the text. No caller in this program; part
+  // of the interface.
   virtual bool ExtendedIDContains(std::string_view text) = 0;
 };
 

@@ -24,7 +24,7 @@ class IZOLTReportResult {
   // PostSBX uploads a product-protection document.
   virtual bool PostSBX(std::string_view document, ServerAnswer& answer) = 0;
 
-  // GetAgreement answers the stored product-protection agreement.
+  // GetAgreement returns the stored product-protection agreement.
   virtual bool GetAgreement() const = 0;
 };
 

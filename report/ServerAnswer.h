@@ -9,7 +9,7 @@ namespace zt {
 
 // ServerAnswer is what one exchange with the report server said: an ordered map from text key to text value. An
 // exchange empties it and sets the keys that the answer carries; the runs read it. It stores texts as the server sent
-// them; the accessors of numbers answer nothing for a text that is no decimal number.
+// them; the accessors of numbers return nothing for a text that is no decimal number.
 class ServerAnswer {
  public:
   void Clear() { values_.clear(); }

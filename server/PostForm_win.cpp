@@ -1,5 +1,6 @@
-#include "HttpConnection.h"
 #include "PostForm.h"
+
+#include "HttpConnection.h"
 
 namespace zt {
 

@@ -31,8 +31,8 @@ bool JudgeUpload(std::string_view xml, ServerAnswer& answer) {
 
 }  // namespace
 
-ZOLTReportToServer::ZOLTReportToServer(PostForm post, Sleep sleep)
-    : baseURL_(ZT_REPORT_BASE_URL), post_(std::move(post)), sleep_(std::move(sleep)) {}
+ZOLTReportToServer::ZOLTReportToServer(PostForm post, Pause pause)
+    : baseURL_(ZT_REPORT_BASE_URL), post_(std::move(post)), pause_(std::move(pause)) {}
 
 bool ZOLTReportToServer::CheckDate(std::string_view serialNumber, ServerAnswer& answer) {
   answer.Clear();
@@ -72,7 +72,7 @@ bool ZOLTReportToServer::Upload(std::string_view page, std::string_view document
     }
     if (retries == 0) return false;
     ZT_TRACE(Warning, "Retry to server...");
-    sleep_(kRetryWaitMilliseconds);
+    pause_(kRetryWaitMilliseconds);
   }
 }
 

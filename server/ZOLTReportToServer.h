@@ -15,7 +15,7 @@ namespace zt {
 class ZOLTReportToServer : public IZOLTReportResult {
  public:
   // The base URL starts as the one that was configured for the build.
-  ZOLTReportToServer(PostForm post, Sleep sleep);
+  ZOLTReportToServer(PostForm post, Pause pause);
 
   bool CheckDate(std::string_view serialNumber, ServerAnswer& answer) override;
   bool CheckSBX(std::string_view modelName, ServerAnswer& answer) override;
@@ -23,7 +23,8 @@ class ZOLTReportToServer : public IZOLTReportResult {
   bool PostSBX(std::string_view document, ServerAnswer& answer) override;
   bool GetAgreement() const override { return agreement_; }
 
-  // SetRetryCount sets the extra attempts after a failed upload, 3 seconds apart; 0 at first.
+  // SetRetryCount sets the extra attempts after a failed upload, 3 seconds apart; 0 at first. No caller in this
+  // program, whose next start is its retry; part of the interface.
   void SetRetryCount(std::uint32_t count) { retryCount_ = count; }
 
   // SetBaseURL sets the text that page names are appended to; it ends in '/'.
@@ -35,7 +36,7 @@ class ZOLTReportToServer : public IZOLTReportResult {
   // SetDontCheckSkip makes both checks succeed at once, without an answer and without contacting the server.
   void SetDontCheckSkip(bool on) { dontCheckSkip_ = on; }
 
-  // SetAgreement stores what GetAgreement answers.
+  // SetAgreement stores what GetAgreement returns.
   void SetAgreement(bool agreed) { agreement_ = agreed; }
 
  private:
@@ -47,7 +48,7 @@ class ZOLTReportToServer : public IZOLTReportResult {
   bool dontCheckSkip_ = false;
   bool agreement_ = false;
   PostForm post_;
-  Sleep sleep_;
+  Pause pause_;
 };
 
 }  // namespace zt

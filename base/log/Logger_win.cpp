@@ -1,6 +1,7 @@
+#include "Logger.h"
+
 #include "AccessList.h"
 #include "LogLine.h"
-#include "Logger.h"
 #include "RegistryKey.h"
 
 namespace zt {

@@ -12,7 +12,7 @@ enum class HResult : std::uint32_t {
   Fail = 0x80004005,            // E_FAIL
 };
 
-// Succeeded tells whether the code is no failure code: the top bit marks those.
+// Succeeded reports whether the code is no failure code: the top bit marks those.
 constexpr bool Succeeded(HResult result) { return (static_cast<std::uint32_t>(result) & 0x80000000u) == 0; }
 
 }  // namespace zt

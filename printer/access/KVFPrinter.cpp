@@ -1,5 +1,6 @@
 #include "KVFPrinter.h"
 
+#include "Codes.h"
 #include "Text.h"
 #include "ZOLTInformation.h"
 
@@ -8,6 +9,20 @@ namespace zt {
 HResult KVFPrinter::Unused() { return HResult::NotImplemented; }
 
 HResult KVFPrinter::GetSupplyUnitInfo(std::vector<SupplyEntry>& /*supplies*/) { return HResult::NotImplemented; }
+
+HResult KVFPrinter::GetZOLTInformation(ZOLTInformation& record, std::string& errorText) {
+  Codes codes;
+  const HResult result = CollectZOLT(record, codes);
+  errorText += codes.Text();
+  return result;
+}
+
+HResult KVFPrinter::GetPPAInformation(PPAInformation& record, std::string& errorText) {
+  Codes codes;
+  const HResult result = CollectPPA(record, codes);
+  errorText += codes.Text();
+  return result;
+}
 
 HResult KVFPrinter::GetSerialNumber(std::string& serialNumber) {
   if (!serialNumber_) {
@@ -44,7 +59,7 @@ HResult KVFPrinter::GetModelName(std::string& model) {
 
 HResult KVFPrinter::IsZOLTSupported() { return HasCommand(deviceID_, kZOLTCommand) ? HResult::Ok : HResult::False; }
 
-HResult KVFPrinter::GetSBXState(std::uint32_t* state) {
+HResult KVFPrinter::GetSBXState(ProtectionState* state) {
   if (!state) return HResult::Fail;
   *state = SBXStateOf(deviceID_);
   return HResult::Ok;
@@ -57,17 +72,17 @@ void KVFPrinter::AdoptDeviceID(std::string_view text) {
   family_ = ClassifyModelFamily(deviceID_.model);
 }
 
-HResult KVFPrinter::ReadIdentity(ZOLTInformation& record, std::string& errorText) {
+HResult KVFPrinter::ReadIdentity(ZOLTInformation& record, Codes& codes) {
   std::string text;
   if (!Succeeded(GetModelName(text))) {
-    errorText += "/modelname err";
+    codes.Add("/modelname err");
     return HResult::Fail;
   }
   record.SetModelName(text);
   if (Succeeded(GetModelFamilyName(text))) record.SetProductType(text);
   if (Succeeded(GetCountryIndex(text))) record.SetCountryIndex(text);
   if (!Succeeded(GetSerialNumber(text))) {
-    errorText += "/serialno err";
+    codes.Add("/serialno err");
     return HResult::Fail;
   }
   record.SetSerialNumber(text);

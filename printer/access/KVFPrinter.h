@@ -15,6 +15,7 @@
 
 namespace zt {
 
+class Codes;
 class PPAInformation;
 class ZOLTInformation;
 
@@ -26,7 +27,7 @@ struct StatusBlock {
 
 // KVFPrinter is the access to one printer. `Open` comes first: the other operations need the device ID that it reads.
 // Results are Ok or a failure code, False where said. Outputs keep their content on failure; texts are in the ANSI code
-// page. `errorText` collects short codes, each beginning with "/", that say why; it is appended to, never cleared.
+// page.
 class KVFPrinter {
  public:
   virtual ~KVFPrinter() = default;
@@ -34,34 +35,36 @@ class KVFPrinter {
   // Open reads and parses the device ID, the extended one included where the printer has it.
   virtual HResult Open() = 0;
 
-  // GetStatusBlock reads the status. Ok also for a printer that answers one of another length, which stays out.
+  // GetStatusBlock reads the status. No caller in this program; part of the interface. Ok also for a printer that
+  // answers one of another length, which stays out.
   virtual HResult GetStatusBlock(StatusBlock& status) = 0;
 
-  // GetPortAddress answers the network address or the device path.
+  // GetPortAddress returns the network address or the device path.
   virtual HResult GetPortAddress(std::wstring& address) = 0;
 
-  // No form implements this place of the interface: NotImplemented.
+  // Unused keeps the place of an operation that no form implements: NotImplemented. No caller; the places of those
+  // after it are part of the interface.
   virtual HResult Unused();
 
   // GetFirmwareVersion reads the version as the printer words it.
   virtual HResult GetFirmwareVersion(std::string& version) = 0;
 
-  // GetSupplyLevels appends one entry per toner.
+  // GetSupplyLevels appends one entry per toner. No caller in this program; part of the interface: the records read
+  // more than levels.
   virtual HResult GetSupplyLevels(std::vector<SupplyEntry>& supplies) = 0;
 
   // GetSupplyUnitInfo appends the entry of the supply unit.
   virtual HResult GetSupplyUnitInfo(std::vector<SupplyEntry>& supplies);
 
-  // GetZOLTInformation fills the print-volume record.
-  virtual HResult GetZOLTInformation(ZOLTInformation& record, std::string& errorText) = 0;
-
-  // GetPPAInformation fills the product-protection record.
-  virtual HResult GetPPAInformation(PPAInformation& record, std::string& errorText) = 0;
+  // GetZOLTInformation fills the print-volume record, GetPPAInformation the product-protection record. Both append to
+  // `errorText` the codes of what is missing or why they fail (see Codes); they never clear it.
+  virtual HResult GetZOLTInformation(ZOLTInformation& record, std::string& errorText);
+  virtual HResult GetPPAInformation(PPAInformation& record, std::string& errorText);
 
   // GetDeviceID reads the IEEE 1284 device ID, without its length prefix.
   virtual HResult GetDeviceID(std::string& deviceID) = 0;
 
-  // GetSerialNumber answers the serial number without surrounding CR, LF and blanks. The printer is asked until it has
+  // GetSerialNumber returns the serial number without surrounding CR, LF and blanks. The printer is asked until it has
   // answered once.
   virtual HResult GetSerialNumber(std::string& serialNumber);
 
@@ -69,7 +72,7 @@ class KVFPrinter {
   // the printer has in their place count modulo 2^32.
   virtual HResult GetPageCounters(std::uint32_t& largest, std::uint32_t& total) = 0;
 
-  // GetCountryIndex answers the country index of the command set; Fail without one.
+  // GetCountryIndex returns the country index of the command set; Fail without one.
   virtual HResult GetCountryIndex(std::string& countryIndex);
 
   // GetExtendedDeviceID reads what the printer has to add to its device ID, in the same form.
@@ -78,22 +81,22 @@ class KVFPrinter {
   // SetProtection switches the consumable protection by a vendor request; NotImplemented where there is none.
   virtual HResult SetProtection(bool on);
 
-  // GetModelFamilyName answers "RV", "DWB", "PHT" or "PHZ"; Fail for an unknown family.
+  // GetModelFamilyName returns "RV", "DWB", "PHT" or "PHZ"; Fail for an unknown family.
   virtual HResult GetModelFamilyName(std::string& name);
 
-  // GetModelName answers the model; Fail when it is empty.
+  // GetModelName returns the model; Fail when it is empty.
   virtual HResult GetModelName(std::string& model);
 
-  // IsZOLTSupported answers Ok when the printer offers print-volume reporting, else False.
+  // IsZOLTSupported returns Ok when the printer offers print-volume reporting, else False.
   virtual HResult IsZOLTSupported();
 
-  // GetSBXState answers the protection state: 0 none, 1 "SBXON", 2 "SBXOFF", 3 "SBXOT". Fail for null.
-  virtual HResult GetSBXState(std::uint32_t* state);
+  // GetSBXState returns the protection state that the command set announces. Fail for null.
+  virtual HResult GetSBXState(ProtectionState* state);
 
-  // GetInstalledDate answers the day of installation, "YYYY-MM-DD".
+  // GetInstalledDate returns the day of installation, "YYYY-MM-DD".
   virtual HResult GetInstalledDate(std::string& date);
 
-  // IsUSB tells whether the printer takes vendor requests over USB.
+  // IsUSB reports whether the printer takes vendor requests over USB.
   virtual bool IsUSB() const { return false; }
 
   void SetQueueName(std::wstring name) { queueName_ = std::move(name); }
@@ -108,15 +111,19 @@ class KVFPrinter {
   void AdoptDeviceID(std::string_view text);
 
   // ReadIdentity stores model, family name, country index and serial number in the record. A missing model or serial
-  // number appends its code and fails; the other two may be missing.
-  HResult ReadIdentity(ZOLTInformation& record, std::string& errorText);
+  // number adds its code and fails; the other two may be missing.
+  HResult ReadIdentity(ZOLTInformation& record, Codes& codes);
 
   ModelFamily family_ = ModelFamily::Unknown;
   PrinterDeviceID deviceID_;
 
  private:
-  // ReadSerialNumber asks the printer for its serial number and answers the text as it came.
+  // ReadSerialNumber asks the printer for its serial number and returns the text as it came.
   virtual HResult ReadSerialNumber(std::string& serialNumber) = 0;
+
+  // CollectZOLT and CollectPPA are the readings behind the two Get…Information.
+  virtual HResult CollectZOLT(ZOLTInformation& record, Codes& codes) = 0;
+  virtual HResult CollectPPA(PPAInformation& record, Codes& codes) = 0;
 
   std::wstring queueName_;
   bool universalDriver_ = false;

@@ -11,7 +11,7 @@ enum class ModelFamily : std::uint32_t { Unknown = 0, RV = 1, DWB = 2, PHT = 3, 
 // ClassifyModelFamily places a model name in its family by the fragments that it contains (case-sensitive).
 ModelFamily ClassifyModelFamily(std::string_view model);
 
-// ModelFamilyName answers "RV", "DWB", "PHT" or "PHZ", and an empty text for Unknown.
+// ModelFamilyName returns "RV", "DWB", "PHT" or "PHZ", and an empty text for Unknown.
 std::string_view ModelFamilyName(ModelFamily family);
 
 }  // namespace zt

@@ -51,7 +51,7 @@ class DeviceIDScanner {
   }
 
  private:
-  // Find answers where the next delimiter stands, the end of the text when there is none, and nothing when the text
+  // Find returns where the next delimiter stands, the end of the text when there is none, and nothing when the text
   // breaks off within a double-byte character: that ends the whole parse.
   std::optional<std::size_t> Find(char delimiter) const {
     for (std::size_t at = position_; at < text_.size(); ++at) {
@@ -97,11 +97,11 @@ bool HasCommand(const PrinterDeviceID& id, std::string_view keyword) {
   return std::ranges::find(words, keyword) != words.end();
 }
 
-std::uint32_t SBXStateOf(const PrinterDeviceID& id) {
-  if (HasCommand(id, "SBXON")) return 1;
-  if (HasCommand(id, "SBXOFF")) return 2;
-  if (HasCommand(id, "SBXOT")) return 3;
-  return 0;
+ProtectionState SBXStateOf(const PrinterDeviceID& id) {
+  if (HasCommand(id, "SBXON")) return ProtectionState::On;
+  if (HasCommand(id, "SBXOFF")) return ProtectionState::Off;
+  if (HasCommand(id, "SBXOT")) return ProtectionState::OT;
+  return ProtectionState::None;
 }
 
 std::optional<std::string> FindCountryIndex(const PrinterDeviceID& id) {

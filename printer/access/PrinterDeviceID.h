@@ -1,11 +1,11 @@
 #pragma once
 
-#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
 
 #include "CodePage.h"
+#include "ProtectionState.h"
 
 namespace zt {
 
@@ -28,7 +28,7 @@ inline constexpr std::string_view kUsageDocumentCommand = "RDS";
 inline constexpr std::string_view kFirmwareVersionCommand = "FWV";
 inline constexpr std::string_view kModeRequestCommand = "MPS";
 
-// LeadBytePredicate tells whether a byte opens a double-byte character.
+// LeadBytePredicate reports whether a byte opens a double-byte character.
 using LeadBytePredicate = bool (*)(unsigned char byte);
 
 // ParseDeviceID fills the record from a device ID, "KEY:value;KEY:value;…". The fields of the keys that occur are
@@ -40,13 +40,13 @@ void ParseDeviceID(std::string_view text, PrinterDeviceID& id, LeadBytePredicate
 // to what is there, joined by ",". Its model and manufacturer are not looked at.
 void MergeExtendedDeviceID(std::string_view text, PrinterDeviceID& id, LeadBytePredicate isLeadByte = IsLeadByte);
 
-// HasCommand tells whether the comma-separated command set holds exactly this word.
+// HasCommand reports whether the comma-separated command set holds exactly this word.
 bool HasCommand(const PrinterDeviceID& id, std::string_view keyword);
 
-// SBXStateOf answers the protection state that the command set announces: 1 "SBXON", 2 "SBXOFF", 3 "SBXOT", 0 none.
-std::uint32_t SBXStateOf(const PrinterDeviceID& id);
+// SBXStateOf returns the protection state that the command set announces.
+ProtectionState SBXStateOf(const PrinterDeviceID& id);
 
-// FindCountryIndex answers what follows "CI_" in the first word of the command set that holds it; possibly empty.
+// FindCountryIndex returns what follows "CI_" in the first word of the command set that holds it; possibly empty.
 std::optional<std::string> FindCountryIndex(const PrinterDeviceID& id);
 
 }  // namespace zt

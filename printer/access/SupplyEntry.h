@@ -4,10 +4,22 @@
 #include <map>
 #include <string>
 
+#include "TonerRecord.h"
+
 namespace zt {
 
-// SupplyKind says what a supply entry is about: a toner, by its colour, or the supply unit of the printer.
-enum class SupplyKind : std::uint32_t { Cyan = 1, Magenta = 2, Yellow = 3, Black = 4, Unit = 5 };
+// SupplyKind says what a supply entry is about: a toner, by its colour, or the supply unit of the printer. The toners
+// have the numbers of their colours.
+enum class SupplyKind : std::uint32_t {
+  Cyan = static_cast<std::uint32_t>(TonerColour::Cyan),
+  Magenta = static_cast<std::uint32_t>(TonerColour::Magenta),
+  Yellow = static_cast<std::uint32_t>(TonerColour::Yellow),
+  Black = static_cast<std::uint32_t>(TonerColour::Black),
+  Unit = 5,
+};
+
+// ColourOf returns the colour of a toner; the unit has none, which is no colour either.
+constexpr TonerColour ColourOf(SupplyKind kind) { return static_cast<TonerColour>(kind); }
 
 // SupplyAttribute identifies one text of a supply entry. The unit has attributes of its own, numbered from 1.
 enum class SupplyAttribute : std::uint8_t {

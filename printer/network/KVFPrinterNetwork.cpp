@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "Codes.h"
 #include "PPAInformation.h"
 #include "Text.h"
 #include "Trace.h"
@@ -44,7 +45,7 @@ const std::string* FindAttribute(const SupplyEntry& entry, SupplyAttribute attri
 }
 
 TonerRecord TonerOf(const SupplyEntry& entry) {
-  TonerRecord toner(static_cast<std::int32_t>(entry.kind));
+  TonerRecord toner(ColourOf(entry.kind));
   if (const std::string* text = FindAttribute(entry, SupplyAttribute::Level)) {
     // A negative code is no percentage: as an unsigned number it is above 100, which the record stores as empty text.
     toner.SetLevel(static_cast<std::uint32_t>(ReadLeadingDecimal(*text)));
@@ -95,8 +96,8 @@ HResult KVFPrinterNetwork::GetFirmwareVersion(std::string& version) {
 }
 
 HResult KVFPrinterNetwork::GetSupplyLevels(std::vector<SupplyEntry>& supplies) {
-  std::string notes;
-  return ReadToners(supplies, notes);
+  Codes unread;
+  return ReadToners(supplies, unread);
 }
 
 HResult KVFPrinterNetwork::GetSupplyUnitInfo(std::vector<SupplyEntry>& supplies) {
@@ -109,28 +110,30 @@ HResult KVFPrinterNetwork::GetSupplyUnitInfo(std::vector<SupplyEntry>& supplies)
   return OkOrFail(hasIBL);
 }
 
-HResult KVFPrinterNetwork::GetZOLTInformation(ZOLTInformation& record, std::string& errorText) {
-  if (!HasCommand(deviceID_, kUsageDocumentCommand)) return AssembleRecord(record, errorText);
+HResult KVFPrinterNetwork::CollectZOLT(ZOLTInformation& record, Codes& codes) {
+  if (!HasCommand(deviceID_, kUsageDocumentCommand)) return AssembleRecord(record, codes);
 
-  if (const HResult result = FetchUsageDocument(record, errorText); !Succeeded(result)) return result;
-  if (const HResult result = ReadIdentity(record, errorText); !Succeeded(result)) return result;
+  if (const HResult result = FetchUsageDocument(record, codes); !Succeeded(result)) return result;
+  if (const HResult result = ReadIdentity(record, codes); !Succeeded(result)) return result;
   record.SetDocumentMode(true);
-  return OkOrFail(record.ReadCountsAndSupplies(record.DeviceDocument(), errorText));
+  return OkOrFail(record.ReadCountsAndSupplies(record.Document(), codes));
 }
 
-HResult KVFPrinterNetwork::GetPPAInformation(PPAInformation& record, std::string& errorText) {
+HResult KVFPrinterNetwork::CollectPPA(PPAInformation& record, Codes& codes) {
   if (HasCommand(deviceID_, kUsageDocumentCommand)) {
-    if (const HResult result = FetchUsageDocument(record, errorText); !Succeeded(result)) return result;
-    return OkOrFail(record.ReadXml(record.DeviceDocument(), errorText) &&
-                    record.ReadCountsAndSupplies(record.DeviceDocument(), errorText));
+    if (const HResult result = FetchUsageDocument(record, codes); !Succeeded(result)) return result;
+    const bool read =
+        record.ReadXml(record.Document(), codes) && record.ReadCountsAndSupplies(record.Document(), codes);
+    record.DropDocumentTree();
+    return OkOrFail(read);
   }
   // Such a printer has no document; its record gets what the objects tell.
   std::string date;
-  if (Succeeded(ReadInstalledDate(date, errorText))) record.SetInstalledDate(date);
+  if (Succeeded(ReadInstalledDate(date, codes))) record.SetInstalledDate(date);
   std::vector<SupplyEntry> toners;
-  ReadToners(toners, errorText);
+  ReadToners(toners, codes);
   for (const SupplyEntry& entry : toners) {
-    TonerRecord toner(static_cast<std::int32_t>(entry.kind));
+    TonerRecord toner(ColourOf(entry.kind));
     if (const std::string* text = FindAttribute(entry, SupplyAttribute::SerialNumber)) toner.SetSerialNumber(*text);
     record.AddToner(std::move(toner));
   }
@@ -169,37 +172,37 @@ HResult KVFPrinterNetwork::GetExtendedDeviceID(std::string& extendedID) {
 }
 
 HResult KVFPrinterNetwork::GetInstalledDate(std::string& date) {
-  std::string notes;
-  return ReadInstalledDate(date, notes);
+  Codes unread;
+  return ReadInstalledDate(date, unread);
 }
 
 HResult KVFPrinterNetwork::ReadSerialNumber(std::string& serialNumber) {
   return OkOrFail(snmp_.GetText(kSerialNumber, serialNumber));
 }
 
-HResult KVFPrinterNetwork::ReadToners(std::vector<SupplyEntry>& supplies, std::string& notes) {
+HResult KVFPrinterNetwork::ReadToners(std::vector<SupplyEntry>& supplies, Codes& codes) {
   SupplyColumns columns;
   if (!WalkPublicTable(columns) || !HasPublicTable(columns)) {
-    notes += "/no toner pub";
+    codes.Add("/no toner pub");
     return HResult::Fail;
   }
   if (!WalkPrivateTable(columns) || !HasPrivateTable(columns)) {
-    notes += "/no toner prv";
+    codes.Add("/no toner prv");
     return HResult::Fail;
   }
-  for (SupplyEntry& entry : ReadSupplies(columns, notes)) supplies.push_back(std::move(entry));
+  for (SupplyEntry& entry : ReadSupplies(columns, codes)) supplies.push_back(std::move(entry));
   return HResult::Ok;
 }
 
-HResult KVFPrinterNetwork::ReadInstalledDate(std::string& date, std::string& notes) {
+HResult KVFPrinterNetwork::ReadInstalledDate(std::string& date, Codes& codes) {
   std::string value;
   if (!snmp_.GetBytes(kInstalledDate, value) || value.empty()) {
-    notes += "/no instdate";
+    codes.Add("/no instdate");
     return HResult::Fail;
   }
   std::optional<std::string> converted = ConvertDate(value);
   if (!converted) {
-    notes += "/invalid instdate";
+    codes.Add("/invalid instdate");
     return HResult::Fail;
   }
   date = *std::move(converted);
@@ -217,38 +220,38 @@ bool KVFPrinterNetwork::WalkPrivateTable(SupplyColumns& columns) {
          snmp_.WalkTexts(kTonerSerials, columns.serials) && snmp_.WalkBytes(kTonerDates, columns.dates);
 }
 
-HResult KVFPrinterNetwork::FetchUsageDocument(ReportRecord& record, std::string& errorText) {
-  if (!record.DeviceDocument().empty()) return HResult::Ok;
+HResult KVFPrinterNetwork::FetchUsageDocument(ReportRecord& record, Codes& codes) {
+  if (!record.Document().Text().empty()) return HResult::Ok;
   const std::string address = ToNarrow(address_);
   const bool literalIPv6 = Target::isValidIPv6Address(address.c_str()) != 0;
   std::string document;
   if (!fetch_((literalIPv6 ? "http://[" + address + "]/" : "http://" + address + "/") + "rds/rds.xml", document)) {
-    errorText += "/xml error";
+    codes.Add("/xml error");
     return HResult::Fail;
   }
-  record.SetDeviceDocument(std::move(document));
+  record.SetDocument(std::move(document));
   return HResult::Ok;
 }
 
-HResult KVFPrinterNetwork::AssembleRecord(ZOLTInformation& record, std::string& errorText) {
+HResult KVFPrinterNetwork::AssembleRecord(ZOLTInformation& record, Codes& codes) {
   // First what ends the collection, and costs one request at most: the tables cost dozens.
-  if (const HResult result = ReadIdentity(record, errorText); !Succeeded(result)) return result;
+  if (const HResult result = ReadIdentity(record, codes); !Succeeded(result)) return result;
 
   std::vector<SupplyEntry> toners;
-  ReadToners(toners, errorText);
+  ReadToners(toners, codes);
   for (const SupplyEntry& toner : toners) record.AddToner(TonerOf(toner));
 
   std::string text;
   if (Succeeded(GetFirmwareVersion(text))) {
     record.SetFirmwareVersion(text);
   } else {
-    errorText += "/fwv err";
+    codes.Add("/fwv err");
   }
 
   std::uint32_t largest = 0;
   std::uint32_t total = 0;
   if (!Succeeded(GetPageCounters(largest, total))) {
-    errorText += "/no counters";
+    codes.Add("/no counters");
     return HResult::Fail;
   }
   record.SetTotalMonoCount(static_cast<std::int32_t>(total));
@@ -257,24 +260,24 @@ HResult KVFPrinterNetwork::AssembleRecord(ZOLTInformation& record, std::string& 
     record.SetTotalColorCount(static_cast<std::int32_t>(largest));
   }
 
-  AddUnitInfo(record, errorText);
-  if (Succeeded(ReadInstalledDate(text, errorText))) record.SetInstalledDate(text);
+  AddUnitInfo(record, codes);
+  if (Succeeded(ReadInstalledDate(text, codes))) record.SetInstalledDate(text);
   return HResult::Ok;
 }
 
-void KVFPrinterNetwork::AddUnitInfo(ZOLTInformation& record, std::string& errorText) {
+void KVFPrinterNetwork::AddUnitInfo(ZOLTInformation& record, Codes& codes) {
   std::vector<SupplyEntry> units;
   GetSupplyUnitInfo(units);
   const SupplyEntry unit = units.empty() ? SupplyEntry{SupplyKind::Unit, {}} : std::move(units.front());
   if (const std::string* ibl = FindAttribute(unit, SupplyAttribute::UnitIBL)) {
     record.SetIBL(*ibl);
   } else {
-    errorText += "/no ibl";
+    codes.Add("/no ibl");
   }
   if (const std::string* ttime = FindAttribute(unit, SupplyAttribute::UnitTTime)) {
     record.SetTTime(*ttime);
   } else {
-    errorText += "/no ttime";
+    codes.Add("/no ttime");
   }
 }
 

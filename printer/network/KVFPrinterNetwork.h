@@ -32,8 +32,6 @@ class KVFPrinterNetwork : public KVFPrinter {
   HResult GetFirmwareVersion(std::string& version) override;
   HResult GetSupplyLevels(std::vector<SupplyEntry>& supplies) override;
   HResult GetSupplyUnitInfo(std::vector<SupplyEntry>& supplies) override;
-  HResult GetZOLTInformation(ZOLTInformation& record, std::string& errorText) override;
-  HResult GetPPAInformation(PPAInformation& record, std::string& errorText) override;
   HResult GetDeviceID(std::string& deviceID) override;
   HResult GetPageCounters(std::uint32_t& largest, std::uint32_t& total) override;
   HResult GetExtendedDeviceID(std::string& extendedID) override;
@@ -41,19 +39,21 @@ class KVFPrinterNetwork : public KVFPrinter {
 
  private:
   HResult ReadSerialNumber(std::string& serialNumber) override;
+  HResult CollectZOLT(ZOLTInformation& record, Codes& codes) override;
+  HResult CollectPPA(PPAInformation& record, Codes& codes) override;
 
-  // ReadToners and ReadInstalledDate read what GetSupplyLevels and GetInstalledDate answer, and note the gaps.
-  HResult ReadToners(std::vector<SupplyEntry>& supplies, std::string& notes);
-  HResult ReadInstalledDate(std::string& date, std::string& notes);
+  // ReadToners and ReadInstalledDate read what GetSupplyLevels and GetInstalledDate return, with a code for each gap.
+  HResult ReadToners(std::vector<SupplyEntry>& supplies, Codes& codes);
+  HResult ReadInstalledDate(std::string& date, Codes& codes);
   bool WalkPublicTable(SupplyColumns& columns);
   bool WalkPrivateTable(SupplyColumns& columns);
 
   // FetchUsageDocument gets the printer's own report document; one that the record holds already is not fetched again.
-  HResult FetchUsageDocument(ReportRecord& record, std::string& errorText);
+  HResult FetchUsageDocument(ReportRecord& record, Codes& codes);
 
   // AssembleRecord fills the record from single objects.
-  HResult AssembleRecord(ZOLTInformation& record, std::string& errorText);
-  void AddUnitInfo(ZOLTInformation& record, std::string& errorText);
+  HResult AssembleRecord(ZOLTInformation& record, Codes& codes);
+  void AddUnitInfo(ZOLTInformation& record, Codes& codes);
 
   std::wstring address_;
   FetchDocument fetch_;

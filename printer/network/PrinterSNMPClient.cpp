@@ -49,8 +49,8 @@ std::optional<std::int64_t> NumberOf(const SNMPDataType& value) {
   }
 }
 
-// IsAnswered tells whether a get that failed was answered at all. It goes out without values: an error, or a value that
-// could be read beside one that could not, has come with an answer.
+// IsAnswered reports whether a get that failed was answered at all. It goes out without values: an error, or a value
+// that could be read beside one that could not, has come with an answer.
 bool IsAnswered(const ReqRespPDU& pdu) {
   if (pdu.getErrorStatus() > 0) return true;
   const std::span bindings(pdu.getVarBindList(), static_cast<std::size_t>(pdu.getVarBindCount()));
@@ -58,7 +58,7 @@ bool IsAnswered(const ReqRespPDU& pdu) {
                      [](const VarBind& binding) { return binding.getValue().getDataType() != DataTypeNull; });
 }
 
-// ArcsOf answers the numbers of a dotted name; nothing when one of them is no 32-bit number.
+// ArcsOf returns the numbers of a dotted name; nothing when one of them is no 32-bit number.
 std::vector<std::uint32_t> ArcsOf(std::string_view name) {
   std::vector<std::uint32_t> arcs;
   for (const std::string_view part : SplitAny(name, ".")) {

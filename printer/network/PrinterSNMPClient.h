@@ -17,7 +17,7 @@
 namespace zt {
 
 // PrinterSNMPClient reads objects of one printer by SNMPv1. Objects are named by dotted text. It asks once and waits 3
-// seconds, as community "public" unless told otherwise. Operations answer whether they succeeded and leave their
+// seconds, as community "public" unless told otherwise. Operations return whether they succeeded and leave their
 // outputs alone if not. SNMPStartup must have been called.
 class PrinterSNMPClient {
  public:
@@ -56,7 +56,7 @@ class PrinterSNMPClient {
   bool WalkAndJoin(const char* column, std::string& text);
 
  private:
-  // `read` answers nothing for a value of another type.
+  // `read` returns nothing for a value of another type.
   template <class Value>
   bool Get(const char* name, std::optional<Value> (*read)(const SNMPDataType& value), Value& value);
   template <class Value>

@@ -3,6 +3,8 @@
 #include <array>
 #include <charconv>
 
+#include "Hex.h"
+
 namespace zt {
 namespace {
 
@@ -31,13 +33,8 @@ std::int32_t PercentOf(std::int32_t level, std::int32_t maximum) {
 }
 
 std::string ToHexText(std::string_view bytes) {
-  constexpr char kDigits[] = "0123456789ABCDEF";
   std::string text;
-  for (const char character : bytes) {
-    const auto byte = static_cast<unsigned char>(character);
-    text += kDigits[byte >> 4];
-    text += kDigits[byte & 0x0F];
-  }
+  for (const char character : bytes) AppendHex(text, static_cast<std::uint8_t>(character));
   return text;
 }
 
@@ -59,7 +56,7 @@ bool HasPrivateTable(const SupplyColumns& columns) {
   return rows > 0 && columns.vendors.size() == rows && columns.serials.size() == rows && columns.dates.size() == rows;
 }
 
-std::vector<SupplyEntry> ReadSupplies(const SupplyColumns& columns, std::string& notes) {
+std::vector<SupplyEntry> ReadSupplies(const SupplyColumns& columns, Codes& codes) {
   std::vector<SupplyEntry> supplies;
   bool anyToner = false;
   for (std::size_t row = 0; row < columns.types.size() && row < columns.colors.size(); ++row) {
@@ -67,7 +64,7 @@ std::vector<SupplyEntry> ReadSupplies(const SupplyColumns& columns, std::string&
     anyToner = true;
     const std::optional<SupplyKind> kind = KindOfColor(columns.colors[row]);
     if (!kind) {
-      notes += "/unknown color";
+      codes.Add("/unknown color");
       continue;
     }
 
@@ -77,24 +74,24 @@ std::vector<SupplyEntry> ReadSupplies(const SupplyColumns& columns, std::string&
     if (percent <= 100) {
       entry.attributes[SupplyAttribute::Level] = std::to_string(percent);
     } else {
-      notes += "/invalid level";
+      codes.Add("/invalid level");
     }
     entry.attributes[SupplyAttribute::VendorName] = columns.vendors[row];
     if (row < columns.suppliers.size()) entry.attributes[SupplyAttribute::SupplierID] = columns.suppliers[row];
     if (row < columns.models.size()) {
       entry.attributes[SupplyAttribute::ModelID] = columns.models[row];
     } else {
-      notes += "/modelid missing";
+      codes.Add("/modelid missing");
     }
     entry.attributes[SupplyAttribute::SerialNumber] = columns.serials[row];
     if (std::optional<std::string> date = ConvertDate(columns.dates[row])) {
       entry.attributes[SupplyAttribute::InstalledDate] = *std::move(date);
     } else {
-      notes += columns.dates[row].empty() ? "/no instdate" : "/invalid instdate";
+      codes.Add(columns.dates[row].empty() ? "/no instdate" : "/invalid instdate");
     }
     supplies.push_back(std::move(entry));
   }
-  if (!anyToner) notes += "/no toner pub";
+  if (!anyToner) codes.Add("/no toner pub");
   return supplies;
 }
 

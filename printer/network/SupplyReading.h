@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "Codes.h"
 #include "SupplyEntry.h"
 
 namespace zt {
@@ -31,10 +32,10 @@ struct SupplyColumns {
 bool HasPublicTable(const SupplyColumns& columns);
 bool HasPrivateTable(const SupplyColumns& columns);
 
-// ReadSupplies makes one entry per toner row whose colour is known. `notes` gets a code for each gap: "/no toner pub"
+// ReadSupplies makes one entry per toner row whose colour is known, and adds a code for each gap: "/no toner pub"
 // (no toner row), "/unknown color" (the row is left out), "/invalid level" (above 100, no level), "/modelid missing",
 // "/no instdate" and "/invalid instdate". Both tables must be usable.
-std::vector<SupplyEntry> ReadSupplies(const SupplyColumns& columns, std::string& notes);
+std::vector<SupplyEntry> ReadSupplies(const SupplyColumns& columns, Codes& codes);
 
 // ConvertDate turns the printer's date, "YYYYMMDD…" as hexadecimal digits or the bytes that these digits stand for,
 // into "YYYY-MM-DD". Each part is read as a hexadecimal number. Nothing for a value that is too short or holds

@@ -1,6 +1,7 @@
+#include "FunctionDiscovery.h"
+
 #include <windows.h>
 
-#include "FunctionDiscovery.h"
 #include "FunctionDiscoveryInterfaces.h"
 #include "Handle.h"
 

@@ -1,7 +1,8 @@
+#include "LocalPrinters.h"
+
 #include <windows.h>
 #include <winspool.h>
 
-#include "LocalPrinters.h"
 #include "SpoolerBlock.h"
 
 namespace zt {

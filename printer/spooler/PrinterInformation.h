@@ -22,7 +22,7 @@ class PrinterInformation {
   std::wstring_view PortName() const { return portName_; }
   std::wstring_view DriverName() const { return driverName_; }
 
-  // IsConnection tells whether the queue is a connection to a printer that another computer shares.
+  // IsConnection reports whether the queue is a connection to a printer that another computer shares.
   bool IsConnection() const { return isConnection_; }
 
  private:
@@ -33,7 +33,7 @@ class PrinterInformation {
   bool isConnection_ = false;
 };
 
-// CheckQueueIsLocal tells whether the queue was found and is no connection to another computer's printer; it traces
+// CheckQueueIsLocal reports whether the queue was found and is no connection to another computer's printer; it traces
 // what is wrong.
 [[nodiscard]] bool CheckQueueIsLocal(const PrinterInformation& information);
 

@@ -1,7 +1,8 @@
+#include "PrinterInformation.h"
+
 #include <windows.h>
 #include <winspool.h>
 
-#include "PrinterInformation.h"
 #include "Trace.h"
 
 namespace zt {

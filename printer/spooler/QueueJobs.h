@@ -6,7 +6,7 @@
 
 namespace zt {
 
-// CountQueueJobs answers how many jobs a queue holds, and writes the number to the standard output; -1 when the queue
+// CountQueueJobs returns how many jobs a queue holds, and writes the number to the standard output; -1 when the queue
 // cannot be opened or asked.
 std::int32_t CountQueueJobs(const std::wstring& queueName);
 

@@ -1,9 +1,10 @@
+#include "QueueJobs.h"
+
 #include <windows.h>
 #include <winspool.h>
 
 #include <cstdio>
 
-#include "QueueJobs.h"
 #include "SpoolerBlock.h"
 #include "Trace.h"
 

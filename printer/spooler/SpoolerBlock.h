@@ -34,14 +34,14 @@ class SpoolerBlock {
   // Read makes the call twice. Nothing when either call fails, or the reply would be larger than 64 MiB.
   static std::optional<SpoolerBlock> Read(const Call& call);
 
-  // Items answers the first `count` structures of the block; none when it has not that many.
+  // Items returns the first `count` structures of the block; none when it has not that many.
   template <class Info>
   std::span<const Info> Items(std::size_t count) const {
     if (count > size_ / sizeof(Info)) return {};
     return {static_cast<const Info*>(memory_.Get()), count};
   }
 
-  // Text answers the text that a structure points to; empty for null and for one that does not lie in the block with
+  // Text returns the text that a structure points to; empty for null and for one that does not lie in the block with
   // its terminator.
   std::wstring_view Text(const wchar_t* text) const;
 

@@ -1,10 +1,10 @@
+#include "SpoolerBlock.h"
+
 #include <windows.h>
 #include <winspool.h>
 
 #include <algorithm>
 #include <cstdint>
-
-#include "SpoolerBlock.h"
 
 namespace zt {
 

@@ -1,4 +1,5 @@
 #include "TCPIPPort.h"
+
 #include "XcvPort.h"
 
 namespace zt {

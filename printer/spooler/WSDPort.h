@@ -5,7 +5,7 @@
 
 namespace zt {
 
-// IsWSDPort tells whether a port of this computer is one for Web Services for Devices: its name says so, and so does
+// IsWSDPort reports whether a port of this computer is one for Web Services for Devices: its name says so, and so does
 // the name of its monitor.
 [[nodiscard]] bool IsWSDPort(std::wstring_view portName);
 

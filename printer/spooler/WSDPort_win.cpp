@@ -1,3 +1,5 @@
+#include "WSDPort.h"
+
 #include <windows.h>
 #include <winspool.h>
 
@@ -8,7 +10,6 @@
 #include "RegistryKey.h"
 #include "SpoolerBlock.h"
 #include "Trace.h"
-#include "WSDPort.h"
 #include "XcvPort.h"
 
 namespace zt {

@@ -15,7 +15,8 @@ namespace zt {
 // stores report success; every failure is traced.
 class XcvPort {
  public:
-  // With ServerEnumerate the port is opened with that desired access and no data type, with Default without defaults.
+  // Access is what is asked for when the port is opened: nothing particular, or SERVER_ACCESS_ENUMERATE, which a
+  // standard TCP/IP port's monitor wants.
   enum class Access { Default, ServerEnumerate };
 
   // `serverName` is empty for a port of this computer. Requests to a port that cannot be opened fail.

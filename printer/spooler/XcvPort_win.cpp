@@ -1,10 +1,11 @@
+#include "XcvPort.h"
+
 #include <windows.h>
 #include <winspool.h>
 
 #include <algorithm>
 
 #include "Trace.h"
-#include "XcvPort.h"
 
 namespace zt {
 namespace {

@@ -1,8 +1,9 @@
+#include "DeviceMonitor.h"
+
 #include <windows.h>
 
 #include <memory>
 
-#include "DeviceMonitor.h"
 #include "Handle.h"
 
 namespace zt {

@@ -4,9 +4,9 @@
 #include <array>
 #include <utility>
 
+#include "Codes.h"
 #include "PPAInformation.h"
 #include "Trace.h"
-#include "Xml.h"
 #include "ZOLTInformation.h"
 
 namespace zt {
@@ -22,11 +22,6 @@ constexpr std::uint32_t kDocumentPause = 500;
 // Codes of a port that is in use.
 constexpr std::string_view kJobPending = "/job pending";
 constexpr std::string_view kLockFailed = "/lock failed";
-
-bool IsXml(const std::string& text) {
-  tinyxml2::XMLDocument document;
-  return ParseXml(text, document);
-}
 
 }  // namespace
 
@@ -79,61 +74,61 @@ HResult KVFPrinterUSB::GetSupplyLevels(std::vector<SupplyEntry>& supplies) {
   return HResult::Ok;
 }
 
-HResult KVFPrinterUSB::GetZOLTInformation(ZOLTInformation& record, std::string& errorText) {
+HResult KVFPrinterUSB::CollectZOLT(ZOLTInformation& record, Codes& codes) {
   if (IsZOLTSupported() != HResult::Ok) return HResult::Fail;
   std::unique_ptr<PortContention> lock;
   if (const std::string_view code = LockPort(lock); !code.empty()) {
-    errorText += code;
+    codes.Add(code);
     return HResult::Fail;
   }
 
-  if (record.DeviceDocument().empty()) {
+  if (record.Document().Text().empty()) {
     if (const std::unique_ptr<USBBulkIO> pipes = services_.openBulk(devicePath_)) {
       std::string document;
       pipes->RunBulkTransaction(document);
-      record.SetDeviceDocument(std::move(document));
+      record.SetDocument(std::move(document));
     } else {
-      errorText += "/open fail";  // and goes on: the empty text is no document
+      codes.Add("/open fail");  // and goes on: the empty text is no document
     }
   }
-  const std::string& document = record.DeviceDocument();
-  if (!IsXml(document)) {
-    errorText += "/xml error" + document;
+  const DeviceDocument& document = record.Document();
+  if (!document.Tree()) {
+    codes.Add("/xml error" + document.Text());
     return HResult::Fail;
   }
 
-  if (const HResult result = ReadIdentity(record, errorText); !Succeeded(result)) return result;
+  if (const HResult result = ReadIdentity(record, codes); !Succeeded(result)) return result;
   std::string version;
   if (!Succeeded(GetFirmwareVersion(version))) {
-    errorText += "/fwv err";
+    codes.Add("/fwv err");
     return HResult::Fail;
   }
   record.SetFirmwareVersion(version);
 
   const bool delivered = HasCommand(deviceID_, kUsageDocumentCommand);
   record.SetDocumentMode(delivered);
-  const bool read = delivered ? record.ReadCountsAndSupplies(document, errorText) : record.ReadXml(document, errorText);
+  const bool read = delivered ? record.ReadCountsAndSupplies(document, codes) : record.ReadXml(document, codes);
   return read ? HResult::Ok : HResult::Fail;
 }
 
-HResult KVFPrinterUSB::GetPPAInformation(PPAInformation& record, std::string& errorText) {
+HResult KVFPrinterUSB::CollectPPA(PPAInformation& record, Codes& codes) {
   WriteDebug("[ZT] getPPAInformation start");
   std::unique_ptr<PortContention> lock;
   if (const std::string_view code = LockPort(lock); !code.empty()) {
     ZT_TRACE(Information, (code == kJobPending ? "[ZT] job pending" : "[ZT] locked failed"));
-    errorText += code;
+    codes.Add(code);
     return HResult::Fail;
   }
   std::unique_ptr<USBBulkIO> pipes = services_.openBulk(devicePath_);
   if (!pipes) {
     ZT_TRACE(Information, "[ZT] getPPAInformation usb open failed.");
-    errorText += "/open fail";
+    codes.Add("/open fail");
     return HResult::Fail;
   }
 
   std::string document;
   for (int attempt = 0; attempt < kDocumentAttempts; ++attempt) {
-    if (attempt > 0) services_.sleep(kDocumentPause);
+    if (attempt > 0) services_.pause(kDocumentPause);
     ZT_TRACE(Information, "[ZT] more try to get xml.: " << attempt << " ..");
     if (Succeeded(pipes->RunBulkTransaction(document))) {
       ZT_TRACE(Information, "[ZT] Success to get xml...");
@@ -141,13 +136,14 @@ HResult KVFPrinterUSB::GetPPAInformation(PPAInformation& record, std::string& er
     }
   }
   pipes.reset();
-  if (!IsXml(document)) {
-    errorText += "/xml error";
+  DeviceDocument delivered(std::move(document));
+  if (!delivered.Tree()) {
+    codes.Add("/xml error");
     return HResult::Fail;
   }
-  record.SetDeviceDocument(std::move(document));
-  const bool read = record.ReadXml(record.DeviceDocument(), errorText) &&
-                    record.ReadCountsAndSupplies(record.DeviceDocument(), errorText);
+  record.SetDocument(std::move(delivered));
+  const bool read = record.ReadXml(record.Document(), codes) && record.ReadCountsAndSupplies(record.Document(), codes);
+  record.DropDocumentTree();
   return read ? HResult::Ok : HResult::Fail;
 }
 
@@ -244,18 +240,16 @@ void KVFPrinterUSB::MergeExtendedID() {
   MergeExtendedDeviceID(*text, deviceID_);
 }
 
-HResult KVFPrinterUSB::WakeSequence() {
+void KVFPrinterUSB::WakeSequence() {
   const std::unique_ptr<USBControl> control = OpenControl();
-  if (!control) return HResult::Fail;
+  if (!control) return;
   for (int pass = 0; pass < kWakePasses; ++pass) {
     USBStatus status{};
-    if (!control->Request(kUSBStatus, status)) return pass == 0 ? HResult::Fail : HResult::False;
-    if (!IsAsleep(status)) return HResult::Ok;
+    if (!control->Request(kUSBStatus, status) || !IsAsleep(status)) return;
     std::array<std::uint8_t, kLongestReply> ignored{};
     control->Request(kUSBWake, ignored);
-    services_.sleep(kWakePause);
+    services_.pause(kWakePause);
   }
-  return HResult::False;
 }
 
 std::string_view KVFPrinterUSB::LockPort(std::unique_ptr<PortContention>& lock) const {
@@ -264,7 +258,7 @@ std::string_view KVFPrinterUSB::LockPort(std::unique_ptr<PortContention>& lock) 
     const bool pending = !QueueName().empty() && services_.countJobs(QueueName()) >= 1;
     return pending ? kJobPending : std::string_view();
   }
-  lock = std::make_unique<PortContention>(*std::move(monitor), services_.sleep);
+  lock = std::make_unique<PortContention>(*std::move(monitor), services_.pause);
   return lock->Lock() ? std::string_view() : kLockFailed;
 }
 

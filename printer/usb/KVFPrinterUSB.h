@@ -29,7 +29,7 @@ struct USBServices {
   // Counts the jobs of a queue; negative when that is not possible.
   std::function<std::int32_t(const std::wstring& queueName)> countJobs;
 
-  Sleep sleep;
+  Pause pause;
 };
 
 // KVFPrinterUSB is a printer at a local USB port. Single data come by vendor requests on endpoint 0, the report
@@ -44,8 +44,6 @@ class KVFPrinterUSB : public KVFPrinter {
   HResult GetPortAddress(std::wstring& address) override;
   HResult GetFirmwareVersion(std::string& version) override;
   HResult GetSupplyLevels(std::vector<SupplyEntry>& supplies) override;
-  HResult GetZOLTInformation(ZOLTInformation& record, std::string& errorText) override;
-  HResult GetPPAInformation(PPAInformation& record, std::string& errorText) override;
   HResult GetDeviceID(std::string& deviceID) override;
   HResult GetPageCounters(std::uint32_t& largest, std::uint32_t& total) override;
   HResult GetExtendedDeviceID(std::string& extendedID) override;
@@ -54,11 +52,13 @@ class KVFPrinterUSB : public KVFPrinter {
 
  private:
   HResult ReadSerialNumber(std::string& serialNumber) override;
+  HResult CollectZOLT(ZOLTInformation& record, Codes& codes) override;
+  HResult CollectPPA(PPAInformation& record, Codes& codes) override;
 
   // OpenControl opens the printer for requests; null, with a debug text, on failure.
   std::unique_ptr<USBControl> OpenControl() const;
 
-  // Ask sends a request and answers the reply as text; nothing on failure.
+  // Ask sends a request and returns the reply as text; nothing on failure.
   static std::optional<std::string> Ask(USBControl& control, const USBRequest& request);
   std::optional<std::string> Ask(const USBRequest& request) const;
 
@@ -67,11 +67,11 @@ class KVFPrinterUSB : public KVFPrinter {
   // MergeExtendedID reads the extended device ID into the device ID, if it can be read.
   void MergeExtendedID();
 
-  // WakeSequence wakes a sleeping printer. Ok when it is awake, False when it did not wake in six attempts or stopped
-  // answering, Fail when it did not answer at all.
-  HResult WakeSequence();
+  // WakeSequence wakes a sleeping printer, in six attempts at most. One that stays asleep or does not answer is read
+  // all the same.
+  void WakeSequence();
 
-  // LockPort makes sure that no print job uses the pipes as long as `lock` lives. It answers the code of why it can't,
+  // LockPort makes sure that no print job uses the pipes as long as `lock` lives. It returns the code of why it can't,
   // and an empty text when it can.
   std::string_view LockPort(std::unique_ptr<PortContention>& lock) const;
 

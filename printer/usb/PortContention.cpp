@@ -13,15 +13,15 @@ constexpr std::uint32_t kReleasePause = 500;
 
 }  // namespace
 
-PortContention::PortContention(DeviceMonitor monitor, Sleep sleep)
-    : monitor_(std::move(monitor)), sleep_(std::move(sleep)) {}
+PortContention::PortContention(DeviceMonitor monitor, Pause pause)
+    : monitor_(std::move(monitor)), pause_(std::move(pause)) {}
 
 PortContention::~PortContention() { PortContention::Unlock(); }
 
 void PortContention::Unlock() {
   // A port that was refused is somebody else's and not released.
   if (!std::exchange(locked_, false)) return;
-  for (int attempt = 1; !monitor_.release(kPort) && attempt < kReleaseAttempts; ++attempt) sleep_(kReleasePause);
+  for (int attempt = 1; !monitor_.release(kPort) && attempt < kReleaseAttempts; ++attempt) pause_(kReleasePause);
 }
 
 bool PortContention::Lock() {

@@ -1,24 +1,15 @@
 #pragma once
 
-#include <cstdint>
-#include <functional>
-
 #include "Clock.h"
+#include "DeviceMonitor.h"
 
 namespace zt {
-
-// DeviceMonitor is the maker's device-monitor library, which serialises the traffic of a USB port. Both functions take
-// the port identifier and answer whether they succeeded.
-struct DeviceMonitor {
-  std::function<bool(std::uint8_t port)> acquire;
-  std::function<bool(std::uint8_t port)> release;
-};
 
 // PortContention holds the port against the printing system, from Lock until Unlock or its end. The order of its
 // virtual operations is part of the interface.
 class PortContention {
  public:
-  PortContention(DeviceMonitor monitor, Sleep sleep);
+  PortContention(DeviceMonitor monitor, Pause pause);
   virtual ~PortContention();
   PortContention(const PortContention&) = delete;
   PortContention& operator=(const PortContention&) = delete;
@@ -34,7 +25,7 @@ class PortContention {
  private:
   bool locked_ = false;
   DeviceMonitor monitor_;
-  Sleep sleep_;
+  Pause pause_;
 };
 
 }  // namespace zt

@@ -9,7 +9,7 @@
 
 namespace zt {
 
-// USBControl is the control channel (endpoint 0) of an open USB printer. Both operations answer how many bytes of
+// USBControl is the control channel (endpoint 0) of an open USB printer. Both operations return how many bytes of
 // `reply` the printer filled, and nothing on failure.
 class USBControl {
  public:

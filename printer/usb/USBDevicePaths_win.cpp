@@ -1,15 +1,13 @@
-// setupapi.h needs windows.h before it.
-// clang-format off
+#include "USBDevicePaths.h"
+
 #include <windows.h>
 #include <setupapi.h>
-// clang-format on
 
 #include <cstddef>
 #include <cstdint>
 
 #include "Handle.h"
 #include "Trace.h"
-#include "USBDevicePaths.h"
 #include "USBPortName.h"
 
 namespace zt {

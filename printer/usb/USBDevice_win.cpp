@@ -1,10 +1,11 @@
+#include "USBDevice.h"
+
 #include <windows.h>
 
 #include <utility>
 
 #include "Handle.h"
 #include "Trace.h"
-#include "USBDevice.h"
 
 namespace zt {
 namespace {

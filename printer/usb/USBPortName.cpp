@@ -2,17 +2,14 @@
 
 #include <limits>
 
+#include "Hex.h"
+
 namespace zt {
-namespace {
-
-bool IsDigit(wchar_t character) { return character >= L'0' && character <= L'9'; }
-
-}  // namespace
 
 std::optional<std::uint32_t> USBPortNumber(std::wstring_view portName) {
-  if (portName.size() < 2 || !IsDigit(portName.back())) return std::nullopt;
+  if (portName.size() < 2 || !IsDecimalDigit(portName.back())) return std::nullopt;
   std::size_t begin = portName.size() - 1;
-  while (begin > 1 && IsDigit(portName[begin - 1])) --begin;
+  while (begin > 1 && IsDecimalDigit(portName[begin - 1])) --begin;
 
   std::uint64_t number = 0;
   for (const wchar_t digit : portName.substr(begin)) {

@@ -41,8 +41,8 @@ std::string ReadFirmwareVersion(std::string_view text) {
   const std::size_t marker = text.find(kMarker);
   if (marker == std::string_view::npos) return std::string(text);
 
-  // Both offsets below count as if the marker were still there, on purpose: a version of less than 22 characters is
-  // answered with what follows it.
+  // Both offsets below count as if the marker were still there, on purpose: behind a version of less than 22 characters
+  // the result goes on with what follows the version.
   text.remove_prefix(marker + kMarker.size());
   const std::size_t end = text.find(';', marker + kMarker.size());
   if (end != std::string_view::npos) return std::string(text.substr(0, end));

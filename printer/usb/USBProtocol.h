@@ -34,7 +34,7 @@ inline constexpr USBRequest kUSBExtendedDeviceID{{0xE0, 0x01, 0x00}, 255};
 
 using USBStatus = std::array<std::uint8_t, 8>;
 
-// IsAsleep tells whether the status is that of a printer that has to be woken.
+// IsAsleep reports whether the status is that of a printer that has to be woken.
 bool IsAsleep(const USBStatus& status);
 
 // SuppliesOfStatus reads the toner levels of the status block: one toner or, of the families PHT and PHZ, four.
@@ -52,7 +52,7 @@ std::optional<USBPageCounters> ReadCounterBlock(std::span<const std::uint8_t> bl
 // ReadFirmwareVersion finds the version in the firmware text.
 std::string ReadFirmwareVersion(std::string_view text);
 
-// TextOfReply answers the bytes of a reply as text, up to the first NUL.
+// TextOfReply returns the bytes of a reply as text, up to the first NUL.
 std::string TextOfReply(std::span<const std::uint8_t> reply);
 
 using USBHeader = std::array<std::uint8_t, 16>;
@@ -60,7 +60,7 @@ using USBHeader = std::array<std::uint8_t, 16>;
 inline constexpr USBHeader kUSBDocumentRequest = {0x1B, 0x91, 0, 0, 0, 0, 0, 6, 0, 0, 0, 1, 0, 0, 0, 0};
 inline constexpr USBHeader kUSBDocumentFetch = {0x1B, 0x91, 0, 0, 0, 0, 0, 6, 0, 0, 0, 2, 0, 0, 0, 0};
 
-// DocumentLength answers the size in bytes that the reply to kUSBDocumentRequest announces.
+// DocumentLength returns the size in bytes that the reply to kUSBDocumentRequest announces.
 std::uint32_t DocumentLength(const USBHeader& reply);
 
 }  // namespace zt

@@ -1,5 +1,6 @@
 #include "PPAInformation.h"
 
+#include "Codes.h"
 #include "ReportXml.h"
 
 namespace zt {
@@ -7,20 +8,20 @@ namespace {
 
 constexpr const char* kDeviceTexts[] = {"SystemInstalledDate", "CurrentVersion", "FormatType"};
 
-constexpr ElementMessage kTonerTexts[] = {{"SerialNumber", "/no tlevel"},  // as in the print-volume report
-                                          {"UsedDotPercent", "/no UsedDotPercent"},
-                                          {"Capacity", "/no Capacity"},
-                                          {"TargetDot", "/no TargetDot"}};
+constexpr ElementCode kTonerTexts[] = {{"SerialNumber", "/no tlevel"},  // as in the print-volume report
+                                       {"UsedDotPercent", "/no UsedDotPercent"},
+                                       {"Capacity", "/no Capacity"},
+                                       {"TargetDot", "/no TargetDot"}};
 
-constexpr ElementMessage kDeviceRules[] = {{"MDL", "/error:no mdl"},
-                                           {"GeneralSerialNumber", "/error:no serial number"},
-                                           {"SystemInstalledDate", "/warning:no systeminstalleddate"},
-                                           {"CurrentVersion", "/warning:no XMLinterfaceversion"},
-                                           {"FormatType", "/warning:no XMLformattype"}};
-constexpr ElementMessage kTonerRules[] = {{"UsedDotPercent", "/warning:no tonerUsedotpercent"},
-                                          {"SerialNumber", "/warnig:no serial number"},  // spelled so on purpose
-                                          {"Capacity", "/warning:no tonerCapacity"},
-                                          {"TargetDot", "/warning:no tonerTargetdot"}};
+constexpr ElementCode kDeviceRules[] = {{"MDL", "/error:no mdl"},
+                                        {"GeneralSerialNumber", "/error:no serial number"},
+                                        {"SystemInstalledDate", "/warning:no systeminstalleddate"},
+                                        {"CurrentVersion", "/warning:no XMLinterfaceversion"},
+                                        {"FormatType", "/warning:no XMLformattype"}};
+constexpr ElementCode kTonerRules[] = {{"UsedDotPercent", "/warning:no tonerUsedotpercent"},
+                                       {"SerialNumber", "/warnig:no serial number"},  // spelled so on purpose
+                                       {"Capacity", "/warning:no tonerCapacity"},
+                                       {"TargetDot", "/warning:no tonerTargetdot"}};
 
 }  // namespace
 
@@ -28,31 +29,28 @@ std::string PPAInformation::BuildXml() const {
   return BuildDocument("", agreed_ ? "<ZOLTAgree>1</ZOLTAgree>\n" : "<ZOLTAgree>0</ZOLTAgree>\n");
 }
 
-bool PPAInformation::ValidateXml(std::string_view document, std::string& messages) {
-  return ValidateReport(document, {.device = kDeviceRules, .counts = {}, .toner = kTonerRules, .closing = {}},
-                        messages);
+bool PPAInformation::ValidateXml(std::string_view document, Codes& codes) {
+  return ValidateReport(document, {.device = kDeviceRules, .counts = {}, .toner = kTonerRules, .closing = {}}, codes);
 }
 
-bool PPAInformation::ReadXml(std::string_view document, std::string& messages) {
-  return ReadReport(document, messages, [&](const tinyxml2::XMLElement* report) {
+bool PPAInformation::ReadXml(const DeviceDocument& document, Codes& codes) {
+  return ReadReport(document, codes, [&](const tinyxml2::XMLElement* report) {
     ReadDeviceValues(report, kDeviceTexts);
     // Printers deliver this report with counters or without; one without counters and supplies has nothing to report.
-    if (!FindChild(report, "Count") && !FindChild(report, "Supplies")) messages += "/no Count el";
+    if (!FindChild(report, "Count") && !FindChild(report, "Supplies")) codes.Add("/no Count el");
   });
 }
 
-bool PPAInformation::ReadCountsAndSupplies(std::string_view document, std::string& messages) {
-  return ReadReport(document, messages, [&](const tinyxml2::XMLElement* report) { ReadToners(report, messages); });
+bool PPAInformation::ReadCountsAndSupplies(const DeviceDocument& document, Codes& codes) {
+  return ReadReport(document, codes, [&](const tinyxml2::XMLElement* report) { ReadToners(report, codes); });
 }
 
-bool PPAInformation::ReadTonerXml(const tinyxml2::XMLElement& element, std::string& messages) {
-  const std::size_t before = messages.size();
-  const std::int32_t colour = ReadTonerColour(element, messages);
-  if (colour == 0) return false;
-  TonerRecord toner(colour);
-  ReadTonerTexts(element, kTonerTexts, toner, messages);
+void PPAInformation::ReadTonerXml(const tinyxml2::XMLElement& element, Codes& codes) {
+  const std::optional<TonerColour> colour = ReadTonerColour(element, codes);
+  if (!colour) return;
+  TonerRecord toner(*colour);
+  ReadTonerTexts(element, kTonerTexts, toner, codes);
   AddToner(std::move(toner));
-  return messages.size() == before;
 }
 
 }  // namespace zt

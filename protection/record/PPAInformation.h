@@ -11,17 +11,17 @@ namespace zt {
 // consumable data, its toners with their dot usage, and the user's agreement.
 class PPAInformation : public ReportRecord {
  public:
-  bool ReadTonerXml(const tinyxml2::XMLElement& element, std::string& messages) override;
+  void ReadTonerXml(const tinyxml2::XMLElement& element, Codes& codes) override;
 
-  // ToText answers BuildXml.
+  // ToText returns BuildXml.
   std::string ToText() const override { return BuildXml(); }
 
   // ReadXml reads the device part of the printer's document: installed date, interface version and form. A document
   // with neither `Count` nor `Supplies` carries no data and is reported.
-  bool ReadXml(std::string_view document, std::string& messages) override;
+  bool ReadXml(const DeviceDocument& document, Codes& codes) override;
 
   // ReadCountsAndSupplies reads the toners. This report has no counters.
-  bool ReadCountsAndSupplies(std::string_view document, std::string& messages) override;
+  bool ReadCountsAndSupplies(const DeviceDocument& document, Codes& codes) override;
 
   void SetCurrentVersion(std::string_view text) { SetValue("CurrentVersion", text); }
   void SetSBX(std::string_view text) { SetValue("SBX", text); }  // the toner life
@@ -30,13 +30,13 @@ class PPAInformation : public ReportRecord {
   // SetAgreement stores whether the user agreed to the product protection.
   void SetAgreement(bool agreed) { agreed_ = agreed; }
 
-  // BuildXml writes the document from the values that were set. A toner whose colour is not 1 to 4 leaves an unclosed
+  // BuildXml writes the document from the values that were set. A toner whose colour is none leaves an unclosed
   // element, which ValidateXml then rejects.
   std::string BuildXml() const;
 
-  // ValidateXml checks a report and appends what is missing or wrong to `messages`; true only when it found nothing. A
+  // ValidateXml checks a report and adds a code for what is missing or wrong; true only when it found nothing. A
   // document that does not parse replaces the messages by one.
-  static bool ValidateXml(std::string_view document, std::string& messages);
+  static bool ValidateXml(std::string_view document, Codes& codes);
 
  private:
   bool agreed_ = false;

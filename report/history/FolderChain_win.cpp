@@ -1,6 +1,7 @@
+#include "FolderChain.h"
+
 #include <windows.h>
 
-#include "FolderChain.h"
 #include "Trace.h"
 
 namespace zt {

@@ -8,8 +8,9 @@ namespace zt {
 // IZOLTLocalSetting is the typed view of the settings file. `id` is the printer identifier that keys the per-printer
 // history; it is trimmed of CR, LF and blanks, each "=", ";", CR or LF left in it counts as "_", and an empty one
 // addresses the bare key. Times are texts "YYYY-MM-DD hh:mm:ss" in local time and are not checked here. Getters with an
-// output answer whether the value was found and leave the output alone if not; the others answer the given fallback, or
-// 0. The order of the operations is part of the interface: four of the time pairs put the setter first.
+// output return whether the value was found and leave the output alone if not; the others return the given fallback, or
+// 0. The order of the operations is part of the interface: four of the time pairs put the setter first. The pair
+// of LastCollectTime has no caller in this program.
 class IZOLTLocalSetting {
  public:
   virtual ~IZOLTLocalSetting() = default;

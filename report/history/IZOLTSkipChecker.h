@@ -9,7 +9,8 @@
 namespace zt {
 
 // IZOLTSkipChecker answers from the local history whether work was done, or failed, so recently that it is not to be
-// repeated, and records what happened. `id` keys the history of one printer. Days are whole days.
+// repeated, and records what happened. `id` keys the history of one printer. Days are whole days. The operations on
+// normal reports and IsTonerLifeExceeded have no caller in this program; they are part of the interface.
 class IZOLTSkipChecker {
  public:
   virtual ~IZOLTSkipChecker() = default;
@@ -35,7 +36,7 @@ class IZOLTSkipChecker {
   virtual bool IsLastPPNormalNear(std::string_view id, OptionalTimeText time) = 0;  // within the normal interval
   virtual void RecordPPNormal(std::string_view id, OptionalTimeText time) = 0;      // an empty text records nothing
 
-  // GetServerPolicy answers whether the server has given a policy; the output is that policy, or else the defaults.
+  // GetServerPolicy returns whether the server has given a policy; the output is that policy, or else the defaults.
   virtual bool GetServerPolicy(ServerPolicy& policy) = 0;
   virtual void StoreServerPolicy(const ServerPolicy& policy) = 0;
 
@@ -47,7 +48,7 @@ class IZOLTSkipChecker {
   virtual int GetSendInterval(int fallback) = 0;
   virtual int GetPPNormalInterval(int fallback) = 0;
 
-  // IsTonerLifeExceeded tells whether the recorded toner life is above the limit of the policy.
+  // IsTonerLifeExceeded reports whether the recorded toner life is above the limit of the policy.
   virtual bool IsTonerLifeExceeded(std::string_view id) = 0;
 };
 

@@ -13,8 +13,8 @@ using IniSections = std::map<std::string, IniSection, std::less<>>;
 
 // ParseIni reads the text of a settings file. Lines end in LF or CRLF; CR, LF and blanks around lines, names and values
 // do not count; ";" begins a comment anywhere in a line. Lines that are neither a section header nor hold a "=" are
-// passed over, as are keys under no named section. A section that occurs twice is one, a key that occurs twice keeps
-// its first value. An empty section is kept unless it is the last of the file.
+// passed over, as are keys before the first section or in one without a name. Sections of one name are joined; of a key
+// that occurs twice the first value counts. A section without keys is kept, unless it ends the file.
 IniSections ParseIni(std::string_view text);
 
 // FormatIni writes the text of a settings file: sections and keys in the order of the maps, lines ending in CRLF,

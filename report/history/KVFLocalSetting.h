@@ -25,11 +25,11 @@ class KVFLocalSetting {
   // cannot be written, cannot be read to its end, or is larger than 16 MiB.
   bool Load();
 
-  // CanBeKept tells whether what is set can reach a file: there is one, or a probe, which leaves nothing behind, can
+  // CanBeKept reports whether what is set can reach a file: there is one, or a probe, which leaves nothing behind, can
   // create it. Load has tried whether a file that is there can be written.
   bool CanBeKept() const;
 
-  // GetValue answers whether the key is there; if not, `text` keeps its content.
+  // GetValue returns whether the key is there; if not, `text` keeps its content.
   bool GetValue(std::string_view section, std::string_view key, std::string& text) const;
   void SetValue(std::string_view section, std::string_view key, std::string_view text);
 

@@ -1,7 +1,6 @@
-#include <windows.h>
-
 #include "KVFLocalSetting.h"
-// after windows.h
+
+#include <windows.h>
 #include <shlobj.h>
 #include <shlwapi.h>
 

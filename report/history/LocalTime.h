@@ -5,7 +5,7 @@
 
 namespace zt {
 
-// ToLocalTime answers the broken-down local time; nothing for a time that the C library cannot convert.
+// ToLocalTime returns the broken-down local time; nothing for a time that the C library cannot convert.
 std::optional<std::tm> ToLocalTime(std::time_t time);
 
 }  // namespace zt

@@ -50,6 +50,14 @@ void ZOLTLocalSetting::SetNumber(std::string_view section, std::string_view key,
   SetValue(section, key, std::to_string(number));
 }
 
+bool ZOLTLocalSetting::GetTime(std::string_view key, std::string_view id, std::string& time) const {
+  return GetValue(kHistory, PrinterKey(key, id), time);
+}
+
+void ZOLTLocalSetting::SetTime(std::string_view key, std::string_view id, std::string_view time) {
+  SetValue(kHistory, PrinterKey(key, id), time);
+}
+
 bool ZOLTLocalSetting::GetZOLTEnabled(bool& enabled) const { return GetSwitch("ZOLTEnabled", enabled); }
 void ZOLTLocalSetting::SetZOLTEnabled(bool enabled) { SetSwitch("ZOLTEnabled", enabled); }
 
@@ -67,45 +75,43 @@ int ZOLTLocalSetting::GetPPNormalSendInterval(int fallback) const {
 void ZOLTLocalSetting::SetPPNormalSendInterval(int days) { SetNumber(kCommon, "PPNormalSendInterval", days); }
 
 bool ZOLTLocalSetting::GetLastCollectFailedTime(std::string_view id, std::string& time) const {
-  return GetValue(kHistory, PrinterKey("LastCollectFailedTime", id), time);
+  return GetTime("LastCollectFailedTime", id, time);
 }
 void ZOLTLocalSetting::SetLastCollectFailedTime(std::string_view id, std::string_view time) {
-  SetValue(kHistory, PrinterKey("LastCollectFailedTime", id), time);
+  SetTime("LastCollectFailedTime", id, time);
 }
 
 bool ZOLTLocalSetting::GetLastCollectTime(std::string_view id, std::string& time) const {
-  return GetValue(kHistory, PrinterKey("LastCollectTime", id), time);
+  return GetTime("LastCollectTime", id, time);
 }
 void ZOLTLocalSetting::SetLastCollectTime(std::string_view id, std::string_view time) {
-  SetValue(kHistory, PrinterKey("LastCollectTime", id), time);
+  SetTime("LastCollectTime", id, time);
 }
 
 bool ZOLTLocalSetting::GetLastSendTime(std::string_view id, std::string& time) const {
-  return GetValue(kHistory, PrinterKey("LastSendTime", id), time);
+  return GetTime("LastSendTime", id, time);
 }
 void ZOLTLocalSetting::SetLastSendTime(std::string_view id, std::string_view time) {
-  SetValue(kHistory, PrinterKey("LastSendTime", id), time);
+  SetTime("LastSendTime", id, time);
 }
 
 bool ZOLTLocalSetting::GetLastServerFailedTime(std::string& time) const {
-  return GetValue(kHistory, "LastServerFailedTime", time);
+  return GetTime("LastServerFailedTime", {}, time);
 }
-void ZOLTLocalSetting::SetLastServerFailedTime(std::string_view time) {
-  SetValue(kHistory, "LastServerFailedTime", time);
-}
+void ZOLTLocalSetting::SetLastServerFailedTime(std::string_view time) { SetTime("LastServerFailedTime", {}, time); }
 
 bool ZOLTLocalSetting::GetLastPPSendTime(std::string_view id, std::string& time) const {
-  return GetValue(kHistory, PrinterKey("LastPPSendTime", id), time);
+  return GetTime("LastPPSendTime", id, time);
 }
 void ZOLTLocalSetting::SetLastPPSendTime(std::string_view id, std::string_view time) {
-  SetValue(kHistory, PrinterKey("LastPPSendTime", id), time);
+  SetTime("LastPPSendTime", id, time);
 }
 
 bool ZOLTLocalSetting::GetLastPPNormalTime(std::string_view id, std::string& time) const {
-  return GetValue(kHistory, PrinterKey("LastPPNormalTime", id), time);
+  return GetTime("LastPPNormalTime", id, time);
 }
 void ZOLTLocalSetting::SetLastPPNormalTime(std::string_view id, std::string_view time) {
-  SetValue(kHistory, PrinterKey("LastPPNormalTime", id), time);
+  SetTime("LastPPNormalTime", id, time);
 }
 
 int ZOLTLocalSetting::GetSBXPolicyReceived() const { return GetNumber(kCommon, "SBXPolicyReceived", 0); }

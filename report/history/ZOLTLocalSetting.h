@@ -52,6 +52,10 @@ class ZOLTLocalSetting : public KVFLocalSetting, public IZOLTLocalSetting {
   void SetSwitch(std::string_view key, bool on);
   int GetNumber(std::string_view section, std::string_view key, int fallback) const;
   void SetNumber(std::string_view section, std::string_view key, int number);
+
+  // GetTime and SetTime reach one time of the history: of a printer or, with an empty `id`, of the server.
+  bool GetTime(std::string_view key, std::string_view id, std::string& time) const;
+  void SetTime(std::string_view key, std::string_view id, std::string_view time);
 };
 
 }  // namespace zt

@@ -10,7 +10,7 @@ constexpr int kDefaultSendDays = 30;
 constexpr int kDefaultPPNormalDays = 7;
 constexpr std::size_t kMaximumLanguageCodeBytes = 519;
 constexpr std::string_view kSendIsNear = "Last svr success near! bye~";
-const ServerPolicy defaultPolicy;
+const ServerPolicy kDefaultPolicy;
 
 std::string StoredLanguageCode(std::string_view codes) {
   return std::string(codes.substr(0, kMaximumLanguageCodeBytes));
@@ -93,7 +93,7 @@ bool ZOLTSkipChecker::GetPPAEnabled(bool& enabled) { return settings_ && setting
 bool ZOLTSkipChecker::IsLastPPSendNear(std::string_view id, OptionalTimeText time) {
   if (!ChecksApply()) return false;
   const std::string last = TimeOf(id, time, &IZOLTLocalSetting::GetLastPPSendTime);
-  return IsNear(last, settings_->GetTransmissionDuration(defaultPolicy.transmissionDuration), kSendIsNear);
+  return IsNear(last, settings_->GetTransmissionDuration(kDefaultPolicy.transmissionDuration), kSendIsNear);
 }
 
 void ZOLTSkipChecker::RecordPPSend(std::string_view id, OptionalTimeText time) {
@@ -112,12 +112,12 @@ void ZOLTSkipChecker::RecordPPNormal(std::string_view id, OptionalTimeText time)
 
 bool ZOLTSkipChecker::GetServerPolicy(ServerPolicy& policy) {
   if (!settings_) return false;
-  policy = defaultPolicy;
+  policy = kDefaultPolicy;
   if (settings_->GetSBXPolicyReceived() == 0) return false;
-  policy.transmissionDuration = settings_->GetTransmissionDuration(defaultPolicy.transmissionDuration);
+  policy.transmissionDuration = settings_->GetTransmissionDuration(kDefaultPolicy.transmissionDuration);
   settings_->GetNSLanguageCode(policy.nsLanguageCode);
   policy.nsLanguageCode = StoredLanguageCode(policy.nsLanguageCode);
-  policy.tonerMaxLife = settings_->GetTonerMaxLife(defaultPolicy.tonerMaxLife);
+  policy.tonerMaxLife = settings_->GetTonerMaxLife(kDefaultPolicy.tonerMaxLife);
   return true;
 }
 
@@ -160,7 +160,7 @@ int ZOLTSkipChecker::GetPPNormalInterval(int fallback) {
 bool ZOLTSkipChecker::IsTonerLifeExceeded(std::string_view id) {
   if (!settings_) return false;
   const auto life = static_cast<std::uint32_t>(settings_->GetCurrentTonerLife(id));
-  return life > static_cast<std::uint32_t>(settings_->GetTonerMaxLife(defaultPolicy.tonerMaxLife));
+  return life > static_cast<std::uint32_t>(settings_->GetTonerMaxLife(kDefaultPolicy.tonerMaxLife));
 }
 
 }  // namespace zt

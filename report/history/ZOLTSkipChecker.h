@@ -10,19 +10,20 @@
 
 namespace zt {
 
-// ZOLTSkipChecker applies the skip rules to the local settings. Without settings every check answers false and every
-// record does nothing. A check that answers true traces why.
+// ZOLTSkipChecker applies the skip rules to the local settings. Without settings every check returns false and every
+// record does nothing. A check that returns true traces why.
 class ZOLTSkipChecker : public IZOLTSkipChecker {
  public:
   // The settings, which may be null, must outlive the checker.
   ZOLTSkipChecker(IZOLTLocalSetting* settings, Now now) : settings_(settings), now_(std::move(now)) {}
 
-  // SetReferenceTime makes the time text stand for the current time in every check and record.
+  // SetReferenceTime makes the time text stand for the current time in every check and record. No caller in this
+  // program; part of the interface, to try the rules on another day.
   void SetReferenceTime(std::string_view time) { referenceTime_ = time; }
 
-  // DisableChecks makes every Is…Near answer false. Records are still written, so that a test run leaves a normal
+  // SetDontCheckSkip makes every Is…Near return false. Records are still written, so that a test run leaves a normal
   // history.
-  void DisableChecks() { checksDisabled_ = true; }
+  void SetDontCheckSkip(bool on) { dontCheckSkip_ = on; }
 
   bool IsLastIOFailNear(std::string_view id) override;
   bool IsLastSendNear(std::string_view id, OptionalTimeText time) override;
@@ -52,7 +53,7 @@ class ZOLTSkipChecker : public IZOLTSkipChecker {
   using StoredTime = bool (IZOLTLocalSetting::*)(std::string_view id, std::string& time) const;
   using StoreTime = void (IZOLTLocalSetting::*)(std::string_view id, std::string_view time);
 
-  bool ChecksApply() const { return settings_ && !checksDisabled_; }
+  bool ChecksApply() const { return settings_ && !dontCheckSkip_; }
   bool IsNear(std::string_view time, int days, std::string_view message) const;
   std::string CurrentTime() const { return NowText(referenceTime_, now_); }
   std::string TimeOf(std::string_view id, OptionalTimeText given, StoredTime stored) const;
@@ -60,7 +61,7 @@ class ZOLTSkipChecker : public IZOLTSkipChecker {
 
   std::optional<std::string> referenceTime_;
   IZOLTLocalSetting* settings_;
-  bool checksDisabled_ = false;
+  bool dontCheckSkip_ = false;
   Now now_;
 };
 

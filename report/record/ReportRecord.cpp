@@ -1,5 +1,6 @@
 #include "ReportRecord.h"
 
+#include "Codes.h"
 #include "ReportXml.h"
 #include "TimeText.h"
 
@@ -47,18 +48,18 @@ std::string ReportRecord::BuildDocument(std::string_view beforeSupplies, std::st
   return document;
 }
 
-bool ReportRecord::ReadReport(std::string_view document, std::string& messages,
+bool ReportRecord::ReadReport(const DeviceDocument& document, Codes& codes,
                               const std::function<void(const tinyxml2::XMLElement* report)>& read) {
-  tinyxml2::XMLDocument xml;
-  if (!ParseXml(document, xml)) {
-    messages += "/xml error";
+  const tinyxml2::XMLDocument* tree = document.Tree();
+  if (!tree) {
+    codes.Add("/xml error");
     return false;
   }
-  const std::size_t before = messages.size();
-  const tinyxml2::XMLElement* report = FindReport(xml);
-  if (!report) messages += "/no ZOLT el";
+  const std::size_t before = codes.Count();
+  const tinyxml2::XMLElement* report = FindReport(*tree);
+  if (!report) codes.Add("/no ZOLT el");
   read(report);
-  return messages.size() == before;
+  return codes.Count() == before;
 }
 
 void ReportRecord::ReadDeviceValues(const tinyxml2::XMLElement* report, std::span<const char* const> elements) {
@@ -67,29 +68,29 @@ void ReportRecord::ReadDeviceValues(const tinyxml2::XMLElement* report, std::spa
   }
 }
 
-void ReportRecord::ReadToners(const tinyxml2::XMLElement* report, std::string& messages) {
+void ReportRecord::ReadToners(const tinyxml2::XMLElement* report, Codes& codes) {
   const tinyxml2::XMLElement* toner = FindChild(FindChild(report, "Supplies"), "Toner");
-  for (; toner; toner = toner->NextSiblingElement("Toner")) ReadTonerXml(*toner, messages);
+  for (; toner; toner = toner->NextSiblingElement("Toner")) ReadTonerXml(*toner, codes);
 }
 
-std::int32_t ReportRecord::ReadTonerColour(const tinyxml2::XMLElement& toner, std::string& messages) {
+std::optional<TonerColour> ReportRecord::ReadTonerColour(const tinyxml2::XMLElement& toner, Codes& codes) {
   const char* letter = ChildText(&toner, "Color");
   if (!letter) {
-    messages += "/no tcolor";
-    return 0;
+    codes.Add("/no tcolor");
+    return std::nullopt;
   }
-  const std::int32_t colour = ColourOfLetter(letter);
-  if (colour == 0) messages += "/invalid tcolor";
+  const std::optional<TonerColour> colour = ColourOfLetter(letter);
+  if (!colour) codes.Add("/invalid tcolor");
   return colour;
 }
 
-void ReportRecord::ReadTonerTexts(const tinyxml2::XMLElement& element, std::span<const ElementMessage> texts,
-                                  TonerRecord& toner, std::string& messages) {
-  for (const ElementMessage& text : texts) {
+void ReportRecord::ReadTonerTexts(const tinyxml2::XMLElement& element, std::span<const ElementCode> texts,
+                                  TonerRecord& toner, Codes& codes) {
+  for (const ElementCode& text : texts) {
     if (const char* value = ChildText(&element, text.element)) {
       toner.SetValue(text.element, value);
     } else {
-      messages += text.message;
+      codes.Add(text.code);
     }
   }
 }

@@ -1,44 +1,40 @@
 #pragma once
 
-#include <cstdint>
 #include <functional>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
+#include "DeviceDocument.h"
 #include "TonerRecord.h"
-
-namespace tinyxml2 {
-class XMLElement;
-}  // namespace tinyxml2
 
 namespace zt {
 
-struct ElementMessage;
+class Codes;
+struct ElementCode;
 
 // ReportRecord is what the print-volume and the product-protection report about one printer share: the device values,
 // the toners, the document that the printer may have delivered itself, and the frame of the XML document. Texts are
 // bytes and stand in the report as they are, without escaping.
 //
-// Reading operations append their findings, each beginning with "/", to the caller's `messages`. What could be read is
-// kept whatever they answer, except that a document that does not parse changes nothing. The order of the virtual
-// operations is part of the interface.
+// Reading operations add a code for each gap. What could be read is kept whatever they return, except that a document
+// that does not parse changes nothing. The order of the virtual operations is part of the interface.
 class ReportRecord {
  public:
-  // ReadTonerXml reads one `Toner` element and adds the toner; one without a valid colour is not added. True when it
-  // appended no message.
-  virtual bool ReadTonerXml(const tinyxml2::XMLElement& element, std::string& messages) = 0;
+  // ReadTonerXml reads one `Toner` element and adds the toner; one without a valid colour is not added.
+  virtual void ReadTonerXml(const tinyxml2::XMLElement& element, Codes& codes) = 0;
   virtual ~ReportRecord() = default;
 
-  // ToText answers the report as it is posted.
+  // ToText returns the report as it is posted.
   virtual std::string ToText() const = 0;
 
   // ReadXml and ReadCountsAndSupplies read a document of the printer into the record; the derived records say which
-  // parts of it, and when they answer true.
-  virtual bool ReadXml(std::string_view document, std::string& messages) = 0;
-  virtual bool ReadCountsAndSupplies(std::string_view document, std::string& messages) = 0;
+  // parts of it, and when they return true.
+  virtual bool ReadXml(const DeviceDocument& document, Codes& codes) = 0;
+  virtual bool ReadCountsAndSupplies(const DeviceDocument& document, Codes& codes) = 0;
 
   // SetValue sets one device-level element. An element set to empty text is written, too.
   void SetValue(std::string_view element, std::string_view text);
@@ -49,25 +45,26 @@ class ReportRecord {
   void SetHostVersion(std::string_view text) { SetValue("HostVersion", text); }
   void SetCountryIndex(std::string_view text) { SetValue("CountryIndex", text); }
 
-  // AddToner appends a toner. One whose colour is not 1 to 4 leaves an unclosed element in the document.
+  // AddToner appends a toner. One whose colour is none leaves an unclosed element in the document.
   void AddToner(TonerRecord toner) { toners_.push_back(std::move(toner)); }
 
-  // SetDeviceDocument keeps the document that the printer delivered whole. It does not read it.
-  void SetDeviceDocument(std::string document) { deviceDocument_ = std::move(document); }
-  const std::string& DeviceDocument() const { return deviceDocument_; }
+  // SetDocument keeps the document that the printer delivered whole. It does not read it.
+  void SetDocument(DeviceDocument document) { document_ = std::move(document); }
+  const DeviceDocument& Document() const { return document_; }
+
+  // DropDocumentTree keeps of the document only its text, once all of it that counts has been read.
+  void DropDocumentTree() { document_.DropTree(); }
 
   const ElementValues& DeviceValues() const { return deviceValues_; }
   const std::vector<TonerRecord>& Toners() const { return toners_; }
 
-  // IsValidDate tells whether a date text (`SystemInstalledDate`, `InstalledDate`) follows the rules of ParseTimeText.
-  // The setters do not ask it.
+  // IsValidDate reports whether a date text (`SystemInstalledDate`, `InstalledDate`) follows the rules of
+  // ParseTimeText. The setters do not ask it. No caller in this program; part of the interface.
   static bool IsValidDate(std::string_view text);
 
  protected:
   ReportRecord() = default;
-  ReportRecord(const ReportRecord&) = default;
   ReportRecord(ReportRecord&&) = default;
-  ReportRecord& operator=(const ReportRecord&) = default;
   ReportRecord& operator=(ReportRecord&&) = default;
 
   // ElementLines writes one line per element, in the order of the names, each ending in LF.
@@ -77,26 +74,26 @@ class ReportRecord {
   // and after the supplies. Every line ends in LF.
   std::string BuildDocument(std::string_view beforeSupplies, std::string_view afterSupplies) const;
 
-  // ReadReport parses a document of the printer and hands its `ZOLT` element, null when there is none, to `read`. True
-  // when neither of them appended a message; a document that does not parse is not handed on.
-  static bool ReadReport(std::string_view document, std::string& messages,
+  // ReadReport hands the `ZOLT` element of a document, null when there is none, to `read`. True when neither of them
+  // added a code; a document that does not parse is not handed on.
+  static bool ReadReport(const DeviceDocument& document, Codes& codes,
                          const std::function<void(const tinyxml2::XMLElement* report)>& read);
 
   // ReadDeviceValues copies those of the elements that stand in the report.
   void ReadDeviceValues(const tinyxml2::XMLElement* report, std::span<const char* const> elements);
 
   // ReadToners gives each `Toner` of the report's `Supplies` to ReadTonerXml.
-  void ReadToners(const tinyxml2::XMLElement* report, std::string& messages);
+  void ReadToners(const tinyxml2::XMLElement* report, Codes& codes);
 
-  // ReadTonerColour answers 1 to 4; 0, with its message, when the colour is missing or unknown.
-  static std::int32_t ReadTonerColour(const tinyxml2::XMLElement& toner, std::string& messages);
+  // ReadTonerColour returns the colour; nothing, with its code, when it is missing or unknown.
+  static std::optional<TonerColour> ReadTonerColour(const tinyxml2::XMLElement& toner, Codes& codes);
 
-  // ReadTonerTexts copies the elements into the toner, with the message of each that is missing.
-  static void ReadTonerTexts(const tinyxml2::XMLElement& element, std::span<const ElementMessage> texts,
-                             TonerRecord& toner, std::string& messages);
+  // ReadTonerTexts copies the elements into the toner, with the code of each that is missing.
+  static void ReadTonerTexts(const tinyxml2::XMLElement& element, std::span<const ElementCode> texts,
+                             TonerRecord& toner, Codes& codes);
 
  private:
-  std::string deviceDocument_;
+  DeviceDocument document_;
   ElementValues deviceValues_;
   std::vector<TonerRecord> toners_;
 };

@@ -5,20 +5,20 @@
 namespace zt {
 namespace {
 
-void CheckElements(const tinyxml2::XMLElement* parent, std::span<const ElementMessage> rules, std::string& messages) {
-  for (const ElementMessage& rule : rules) {
-    if (!ChildText(parent, rule.element)) messages += rule.message;
+void CheckElements(const tinyxml2::XMLElement* parent, std::span<const ElementCode> rules, Codes& codes) {
+  for (const ElementCode& rule : rules) {
+    if (!ChildText(parent, rule.element)) codes.Add(rule.code);
   }
 }
 
-void CheckToner(const tinyxml2::XMLElement& toner, std::span<const ElementMessage> rules, std::string& messages) {
+void CheckToner(const tinyxml2::XMLElement& toner, std::span<const ElementCode> rules, Codes& codes) {
   const char* colour = ChildText(&toner, "Color");
   if (!colour) {
-    messages += "/error:no color info";
-  } else if (ColourOfLetter(colour) == 0) {
-    messages += "/error:invalid color";
+    codes.Add("/error:no color info");
+  } else if (!ColourOfLetter(colour)) {
+    codes.Add("/error:invalid color");
   }
-  CheckElements(&toner, rules, messages);
+  CheckElements(&toner, rules, codes);
 }
 
 }  // namespace
@@ -27,31 +27,31 @@ const tinyxml2::XMLElement* FindReport(const tinyxml2::XMLDocument& document) {
   return FindChild(FindChild(&document, "root"), "ZOLT");
 }
 
-bool ValidateReport(std::string_view document, const ReportRules& rules, std::string& messages) {
+bool ValidateReport(std::string_view document, const ReportRules& rules, Codes& codes) {
   tinyxml2::XMLDocument xml;
   if (!ParseXml(document, xml)) {
-    messages = "error:invalid xml data";
+    codes.Replace("error:invalid xml data");
     return false;
   }
-  const std::size_t before = messages.size();
+  const std::size_t before = codes.Count();
   const tinyxml2::XMLElement* report = FindReport(xml);
-  CheckElements(report, rules.device, messages);
-  CheckElements(FindChild(report, "Count"), rules.counts, messages);
+  CheckElements(report, rules.device, codes);
+  CheckElements(FindChild(report, "Count"), rules.counts, codes);
   const tinyxml2::XMLElement* supplies = FindChild(report, "Supplies");
   if (!supplies) {
-    messages += "/error:no supplies";
+    codes.Add("/error:no supplies");
     return false;
   }
   const tinyxml2::XMLElement* toner = FindChild(supplies, "Toner");
-  if (!toner) messages += "/error:no toner";
-  for (; toner; toner = toner->NextSiblingElement("Toner")) CheckToner(*toner, rules.toner, messages);
-  CheckElements(report, rules.closing, messages);
-  return messages.size() == before;
+  if (!toner) codes.Add("/error:no toner");
+  for (; toner; toner = toner->NextSiblingElement("Toner")) CheckToner(*toner, rules.toner, codes);
+  CheckElements(report, rules.closing, codes);
+  return codes.Count() == before;
 }
 
-std::string_view BeginningOfFindings(std::string_view findings) {
+std::string_view BeginningOf(const Codes& codes) {
   constexpr std::size_t kLongest = 2000;  // Four toners that lack everything stay below.
-  return findings.substr(0, kLongest);
+  return std::string_view(codes.Text()).substr(0, kLongest);
 }
 
 }  // namespace zt

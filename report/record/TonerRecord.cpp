@@ -6,17 +6,20 @@
 namespace zt {
 namespace {
 
-constexpr std::string_view kLetters[] = {"C", "M", "Y", "K"};  // of the colours from 1 on
+constexpr std::string_view kLetters[] = {"C", "M", "Y", "K"};  // of the colours from Cyan on
+constexpr auto kFirstColour = static_cast<std::uint32_t>(TonerColour::Cyan);
 
 }  // namespace
 
-std::string_view ColourLetter(std::int32_t colour) {
-  return colour >= 1 && colour <= static_cast<std::int32_t>(std::size(kLetters)) ? kLetters[colour - 1] : "";
+std::string_view ColourLetter(TonerColour colour) {
+  const std::uint32_t index = static_cast<std::uint32_t>(colour) - kFirstColour;
+  return index < std::size(kLetters) ? kLetters[index] : std::string_view();
 }
 
-std::int32_t ColourOfLetter(std::string_view letter) {
+std::optional<TonerColour> ColourOfLetter(std::string_view letter) {
   const auto* found = std::find(std::begin(kLetters), std::end(kLetters), letter);
-  return found == std::end(kLetters) ? 0 : static_cast<std::int32_t>(found - std::begin(kLetters)) + 1;
+  if (found == std::end(kLetters)) return std::nullopt;
+  return static_cast<TonerColour>(static_cast<std::uint32_t>(found - std::begin(kLetters)) + kFirstColour);
 }
 
 void TonerRecord::SetValue(std::string_view element, std::string_view text) {

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <functional>
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -11,20 +12,23 @@ namespace zt {
 // ElementValues maps element names to texts. Reports list their elements in its order, the byte order of the names.
 using ElementValues = std::map<std::string, std::string, std::less<>>;
 
-// ColourLetter answers the letter of a toner colour in the reports: 1 "C", 2 "M", 3 "Y", 4 "K"; empty for any other.
-std::string_view ColourLetter(std::int32_t colour);
+// TonerColour is the colour of a toner, with the number that the interfaces know it by. Another number is no colour.
+enum class TonerColour : std::uint32_t { Cyan = 1, Magenta = 2, Yellow = 3, Black = 4 };
 
-// ColourOfLetter is the reverse of ColourLetter; 0 unless the text is exactly one of the four letters.
-std::int32_t ColourOfLetter(std::string_view letter);
+// ColourLetter returns the letter of a toner colour in the reports: "C", "M", "Y" or "K"; empty for what is no colour.
+std::string_view ColourLetter(TonerColour colour);
 
-// TonerRecord is one toner of a report: its colour (1 cyan, 2 magenta, 3 yellow, 4 black) and its elements. An element
+// ColourOfLetter is the reverse of ColourLetter; nothing unless the text is exactly one of the four letters.
+std::optional<TonerColour> ColourOfLetter(std::string_view letter);
+
+// TonerRecord is one toner of a report: its colour and its elements. An element
 // that was never set is left out of the report; one that was set to empty text stands there empty. The texts are not
 // checked and go into the report as they are.
 class TonerRecord {
  public:
-  explicit TonerRecord(std::int32_t colour) : colour_(colour) {}
+  explicit TonerRecord(TonerColour colour) : colour_(colour) {}
 
-  std::int32_t Colour() const { return colour_; }
+  TonerColour Colour() const { return colour_; }
   const ElementValues& Values() const { return values_; }
 
   void SetValue(std::string_view element, std::string_view text);
@@ -45,7 +49,7 @@ class TonerRecord {
   void SetTargetDot(std::string_view text) { SetValue("TargetDot", text); }
 
  private:
-  std::int32_t colour_;
+  TonerColour colour_;
   ElementValues values_;
 };
 

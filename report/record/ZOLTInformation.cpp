@@ -1,5 +1,8 @@
 #include "ZOLTInformation.h"
 
+#include <vector>
+
+#include "Codes.h"
 #include "DocumentSize.h"
 #include "ReportXml.h"
 #include "Text.h"
@@ -10,30 +13,30 @@ namespace {
 
 constexpr const char* kDeviceTexts[] = {"SystemInstalledDate", "SystemFirmwareVersion", "ProductType"};
 
-constexpr ElementMessage kTonerTexts[] = {{"VendorName", "/no tvendorname"},
-                                          {"SupplierID", "/no tsupplid"},
-                                          {"ModelID", "/no tmodelid"},
-                                          {"SerialNumber", "/no tlevel"},  // the level's code, on purpose
-                                          {"InstalledDate", "/no tinstdate"}};
+constexpr ElementCode kTonerTexts[] = {{"VendorName", "/no tvendorname"},
+                                       {"SupplierID", "/no tsupplid"},
+                                       {"ModelID", "/no tmodelid"},
+                                       {"SerialNumber", "/no tlevel"},  // the level's code, on purpose
+                                       {"InstalledDate", "/no tinstdate"}};
 
-constexpr ElementMessage kDeviceRules[] = {{"MDL", "/error:no mdl"},
-                                           {"ProductType", "/error:no producttype"},
-                                           {"GeneralSerialNumber", "/error:no serial number"},
-                                           {"SystemFirmwareVersion", "/error:no fwver"},
-                                           {"SystemInstalledDate", "/warning:no systeminstalleddate"}};
-constexpr ElementMessage kCountRules[] = {{"DevTotalMonoCount", "/error:no mono count"},
-                                          {"DevTotalColorCount", "/warning:no color count or Mono model"}};
-constexpr ElementMessage kTonerRules[] = {{"Level", "/warning:no level or Not Support"},
-                                          {"AverageAreaCoverage", "/warning:no averageareacoverage or Not Support"},
-                                          {"VendorName", "/warning:no vendorname"},
-                                          {"ModelID", "/error:no modelid"},
-                                          {"SupplierID", "/warning:no supplierid"},
-                                          {"SerialNumber", "/warnig:no serial number"},  // spelled so on purpose
-                                          {"InstalledDate", "/warning:no install date"}};
-constexpr ElementMessage kClosingRules[] = {{"SourceType", "/info:is not RQD"},
-                                            {"IBL", "/error:no CRUM - IBL info"},
-                                            {"TTime", "/error:no CRUM - TTime info"},
-                                            {"CountryIndex", "/warning:no CountryIndex"}};
+constexpr ElementCode kDeviceRules[] = {{"MDL", "/error:no mdl"},
+                                        {"ProductType", "/error:no producttype"},
+                                        {"GeneralSerialNumber", "/error:no serial number"},
+                                        {"SystemFirmwareVersion", "/error:no fwver"},
+                                        {"SystemInstalledDate", "/warning:no systeminstalleddate"}};
+constexpr ElementCode kCountRules[] = {{"DevTotalMonoCount", "/error:no mono count"},
+                                       {"DevTotalColorCount", "/warning:no color count or Mono model"}};
+constexpr ElementCode kTonerRules[] = {{"Level", "/warning:no level or Not Support"},
+                                       {"AverageAreaCoverage", "/warning:no averageareacoverage or Not Support"},
+                                       {"VendorName", "/warning:no vendorname"},
+                                       {"ModelID", "/error:no modelid"},
+                                       {"SupplierID", "/warning:no supplierid"},
+                                       {"SerialNumber", "/warnig:no serial number"},  // spelled so on purpose
+                                       {"InstalledDate", "/warning:no install date"}};
+constexpr ElementCode kClosingRules[] = {{"SourceType", "/info:is not RQD"},
+                                         {"IBL", "/error:no CRUM - IBL info"},
+                                         {"TTime", "/error:no CRUM - TTime info"},
+                                         {"CountryIndex", "/warning:no CountryIndex"}};
 
 std::string CountText(std::int32_t pages) { return pages < 0 ? std::string() : std::to_string(pages); }
 
@@ -44,10 +47,47 @@ bool IsSupported(std::string_view text) { return text != "Not Support"; }
 // kilobytes; what is still longer than this would only fill memory and the line to the server.
 constexpr std::size_t kLongestAmended = 4 * kLongestDocument;
 
-// BoundedPrinter prints no more than kLongestAmended bytes.
-class BoundedPrinter : public tinyxml2::XMLPrinter {
+// AmendingPrinter prints a document with elements of its report added or put right, and no more than kLongestAmended
+// bytes. The tree stays as it is.
+class AmendingPrinter : public tinyxml2::XMLPrinter {
  public:
+  explicit AmendingPrinter(const tinyxml2::XMLElement& report) : report_(report) {}
+
+  // Append adds an element at the end of the report. The texts of both operations are borrowed.
+  void Append(const char* name, const char* text) { amendments_.push_back({nullptr, name, text}); }
+
+  // Amend puts the element right: in place or, where it is missing, at the end. An empty text changes nothing.
+  void Amend(const char* name, const std::string& text) {
+    if (text.empty()) return;
+    const tinyxml2::XMLElement* element = report_.FirstChildElement(name);
+    const char* present = TextOf(element);
+    if (!present || text != present) amendments_.push_back({element, name, text.c_str()});
+  }
+
   bool IsComplete() const { return complete_; }
+
+  using XMLPrinter::VisitEnter;
+  using XMLPrinter::VisitExit;
+  bool VisitEnter(const tinyxml2::XMLElement& element, const tinyxml2::XMLAttribute* attribute) override {
+    XMLPrinter::VisitEnter(element, attribute);
+    for (const Amendment& amendment : amendments_) {
+      if (amendment.replaced != &element) continue;
+      PushText(amendment.text);
+      return false;  // its children are left out
+    }
+    return true;
+  }
+  bool VisitExit(const tinyxml2::XMLElement& element) override {
+    if (&element == &report_) {
+      for (const Amendment& amendment : amendments_) {
+        if (amendment.replaced) continue;
+        OpenElement(amendment.name);
+        PushText(amendment.text);
+        CloseElement();
+      }
+    }
+    return XMLPrinter::VisitExit(element);
+  }
 
  protected:
   void Write(const char* text, std::size_t size) override {
@@ -58,25 +98,22 @@ class BoundedPrinter : public tinyxml2::XMLPrinter {
   }
 
  private:
+  struct Amendment {
+    const tinyxml2::XMLElement* replaced;  // null: appended
+    const char* name;
+    const char* text;
+  };
+
   bool Fits(std::size_t size) {
     const auto printed = static_cast<std::size_t>(CStrSize()) - 1;  // without the NUL
     complete_ = complete_ && size <= kLongestAmended - printed;
     return complete_;
   }
 
+  const tinyxml2::XMLElement& report_;
+  std::vector<Amendment> amendments_;
   bool complete_ = true;
 };
-
-// Puts the element right at the end of the report, where it is missing, or in place. An empty text changes nothing.
-void AmendElement(tinyxml2::XMLElement& report, const char* name, const std::string& text) {
-  if (text.empty()) return;
-  tinyxml2::XMLElement* element = report.FirstChildElement(name);
-  if (!element) element = report.InsertNewChildElement(name);
-  const char* present = TextOf(element);
-  if (present && text == present) return;
-  element->DeleteChildren();
-  element->SetText(text.c_str());
-}
 
 }  // namespace
 
@@ -96,75 +133,70 @@ std::string ZOLTInformation::BuildXml() const {
 }
 
 std::string ZOLTInformation::AmendDeviceXml() const {
-  const std::string& document = DeviceDocument();
-  tinyxml2::XMLDocument xml;
-  if (document.empty() || !ParseXml(document, xml)) return document;
-  tinyxml2::XMLElement* root = xml.FirstChildElement("root");
-  tinyxml2::XMLElement* report = root ? root->FirstChildElement("ZOLT") : nullptr;
-  if (!report) return document;
-  if (fromUniversalDriver_) report->InsertNewChildElement("SourceType")->SetText("RQD");
+  const tinyxml2::XMLDocument* tree = Document().Tree();
+  const tinyxml2::XMLElement* report = tree ? FindReport(*tree) : nullptr;
+  if (!report) return Document().Text();
+  AmendingPrinter printer(*report);
+  if (fromUniversalDriver_) printer.Append("SourceType", "RQD");
   for (const char* name : {"MDL", "GeneralSerialNumber"}) {
     const auto value = DeviceValues().find(name);
-    if (value != DeviceValues().end()) AmendElement(*report, name, value->second);
+    if (value != DeviceValues().end()) printer.Amend(name, value->second);
   }
-  BoundedPrinter printer;
-  xml.Print(&printer);
+  tree->Print(&printer);
   if (printer.IsComplete()) return printer.CStr();
   ZT_TRACE(Warning, "amended document longer than " << kLongestAmended << " bytes: posted as it came");
-  return document;
+  return Document().Text();
 }
 
-bool ZOLTInformation::ValidateXml(std::string_view document, std::string& messages) {
-  return ValidateReport(document, {kDeviceRules, kCountRules, kTonerRules, kClosingRules}, messages);
+bool ZOLTInformation::ValidateXml(std::string_view document, Codes& codes) {
+  return ValidateReport(document, {kDeviceRules, kCountRules, kTonerRules, kClosingRules}, codes);
 }
 
-bool ZOLTInformation::ReadXml(std::string_view document, std::string& messages) {
+bool ZOLTInformation::ReadXml(const DeviceDocument& document, Codes& codes) {
   bool hasCounts = false;
-  ReadReport(document, messages, [&](const tinyxml2::XMLElement* report) {
+  ReadReport(document, codes, [&](const tinyxml2::XMLElement* report) {
     ReadDeviceValues(report, kDeviceTexts);
-    hasCounts = ReadCounts(report, messages);
-    ReadToners(report, messages);
+    hasCounts = ReadCounts(report, codes);
+    ReadToners(report, codes);
   });
   return hasCounts;
 }
 
-bool ZOLTInformation::ReadCountsAndSupplies(std::string_view document, std::string& messages) {
+bool ZOLTInformation::ReadCountsAndSupplies(const DeviceDocument& document, Codes& codes) {
   bool hasCounts = false;
-  ReadReport(document, messages, [&](const tinyxml2::XMLElement* report) {
-    hasCounts = ReadCounts(report, messages);
-    ReadToners(report, messages);
+  ReadReport(document, codes, [&](const tinyxml2::XMLElement* report) {
+    hasCounts = ReadCounts(report, codes);
+    ReadToners(report, codes);
   });
   return hasCounts;
 }
 
-bool ZOLTInformation::ReadCounts(const tinyxml2::XMLElement* report, std::string& messages) {
+bool ZOLTInformation::ReadCounts(const tinyxml2::XMLElement* report, Codes& codes) {
   const tinyxml2::XMLElement* counts = FindChild(report, "Count");
-  if (!counts) messages += "/no Count el";
+  if (!counts) codes.Add("/no Count el");
   if (const char* mono = ChildText(counts, "DevTotalMonoCount")) SetTotalMonoCount(ReadLeadingDecimal(mono));
   if (const char* colour = ChildText(counts, "DevTotalColorCount")) SetTotalColorCount(ReadLeadingDecimal(colour));
   return counts != nullptr;
 }
 
-bool ZOLTInformation::ReadTonerXml(const tinyxml2::XMLElement& element, std::string& messages) {
-  const std::size_t before = messages.size();
-  const std::int32_t colour = ReadTonerColour(element, messages);
-  if (colour == 0) return false;
-  TonerRecord toner(colour);
+void ZOLTInformation::ReadTonerXml(const tinyxml2::XMLElement& element, Codes& codes) {
+  const std::optional<TonerColour> colour = ReadTonerColour(element, codes);
+  if (!colour) return;
+  TonerRecord toner(*colour);
   const char* level = ChildText(&element, "Level");
   if (!level) {
-    messages += "/no tlevel";
+    codes.Add("/no tlevel");
   } else if (IsSupported(level)) {
     toner.SetLevel(ReadLeadingUnsigned(level));
   }
   const char* coverage = ChildText(&element, "AverageAreaCoverage");
   if (!coverage) {
-    messages += "/no taac";
+    codes.Add("/no taac");
   } else if (IsSupported(coverage)) {
     toner.SetAverageAreaCoverage(ReadLeadingUnsigned(coverage));
   }
-  ReadTonerTexts(element, kTonerTexts, toner, messages);
+  ReadTonerTexts(element, kTonerTexts, toner, codes);
   AddToner(std::move(toner));
-  return messages.size() == before;
 }
 
 }  // namespace zt

@@ -12,18 +12,18 @@ namespace zt {
 // data provider fills it; the print-volume run posts its text.
 class ZOLTInformation : public ReportRecord {
  public:
-  bool ReadTonerXml(const tinyxml2::XMLElement& element, std::string& messages) override;
+  void ReadTonerXml(const tinyxml2::XMLElement& element, Codes& codes) override;
 
-  // ToText answers BuildXml, or AmendDeviceXml in document mode.
+  // ToText returns BuildXml, or AmendDeviceXml in document mode.
   std::string ToText() const override;
 
   // ReadXml reads the installed date, the firmware version and the product type, then what ReadCountsAndSupplies reads.
-  // Both answer true when the document is a report that holds counters: gaps in its toners are worth a message only.
-  bool ReadXml(std::string_view document, std::string& messages) override;
+  // Both return true when the document is a report that holds counters: gaps in its toners are worth a message only.
+  bool ReadXml(const DeviceDocument& document, Codes& codes) override;
 
   // ReadCountsAndSupplies reads the counters and the toners only: a printer that delivers the report itself keeps its
   // identity in its own document.
-  bool ReadCountsAndSupplies(std::string_view document, std::string& messages) override;
+  bool ReadCountsAndSupplies(const DeviceDocument& document, Codes& codes) override;
 
   void SetProductType(std::string_view text) { SetValue("ProductType", text); }
   void SetFirmwareVersion(std::string_view text) { SetValue("SystemFirmwareVersion", text); }
@@ -40,21 +40,21 @@ class ZOLTInformation : public ReportRecord {
   // SetFromUniversalDriver makes the report carry the source type "RQD".
   void SetFromUniversalDriver(bool on) { fromUniversalDriver_ = on; }
 
-  // BuildXml writes the document from the values that were set. A toner whose colour is not 1 to 4 leaves an unclosed
+  // BuildXml writes the document from the values that were set. A toner whose colour is none leaves an unclosed
   // element, which ValidateXml then rejects.
   std::string BuildXml() const;
 
-  // AmendDeviceXml answers the device document with the source type, the model and the serial number of this record
+  // AmendDeviceXml returns the device document with the source type, the model and the serial number of this record
   // added or put right. Empty without a device document; one that is no report, or would be longer than 4 MiB then, is
-  // answered unchanged.
+  // returned unchanged.
   std::string AmendDeviceXml() const;
 
-  // ValidateXml checks a report and appends what is missing or wrong to `messages`; true only when it found nothing,
+  // ValidateXml checks a report and adds a code for what is missing or wrong; true only when it found nothing,
   // informational findings included. A document that does not parse replaces the messages by one.
-  static bool ValidateXml(std::string_view document, std::string& messages);
+  static bool ValidateXml(std::string_view document, Codes& codes);
 
  private:
-  bool ReadCounts(const tinyxml2::XMLElement* report, std::string& messages);
+  bool ReadCounts(const tinyxml2::XMLElement* report, Codes& codes);
 
   bool documentMode_ = false;
   bool fromUniversalDriver_ = false;

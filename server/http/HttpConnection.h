@@ -39,7 +39,7 @@ class HttpConnection {
   // and for one that takes too long.
   [[nodiscard]] bool Send(std::string_view body, std::string& response, std::uint32_t& status);
 
-  // LastError answers the system error of a failed Send, otherwise 0.
+  // LastError returns the system error of a failed Send, otherwise 0.
   std::uint32_t LastError() const { return lastError_; }
 
  private:

@@ -1,3 +1,5 @@
+#include "HttpConnection.h"
+
 #include <windows.h>
 #include <wininet.h>
 
@@ -7,7 +9,6 @@
 #include <limits>
 
 #include "DocumentSize.h"
-#include "HttpConnection.h"
 #include "Trace.h"
 
 namespace zt {

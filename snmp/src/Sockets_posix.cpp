@@ -1,3 +1,5 @@
+#include "Sockets.h"
+
 #include <fcntl.h>
 #include <ifaddrs.h>
 #include <net/if.h>
@@ -12,7 +14,6 @@
 #include <memory>
 #include <utility>
 
-#include "Sockets.h"
 #include "SystemSockets.h"
 #include "ztsnmp/SNMPManager.h"
 

@@ -1,7 +1,7 @@
 #include <winsock2.h>
 // winsock2.h must come first.
-#include <iphlpapi.h>
 #include <windows.h>
+#include <iphlpapi.h>
 #include <ws2tcpip.h>
 
 #include <algorithm>

@@ -33,7 +33,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
           "an extended device ID changes no identity");
   require(id.commandSet.starts_with(before.commandSet), "an extended device ID only adds commands");
 
-  require(zt::SBXStateOf(id) <= 3, "there are three protection states");
+  require(zt::SBXStateOf(id) <= zt::ProtectionState::OT, "there are three protection states");
   if (const auto index = zt::FindCountryIndex(id)) {
     require(contains(id.commandSet, "CI_" + *index), "a country index stands in the command set");
   }

@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+#include "Codes.h"
+
 namespace zt {
 
 // Edited answers the text with every occurrence of `from`, if that is not empty, replaced.
@@ -27,9 +29,9 @@ struct ReportEdit {
 template <class Record>
 void ExpectFindings(const std::string& report, std::span<const ReportEdit> edits) {
   for (const ReportEdit& edit : edits) {
-    std::string findings;
-    EXPECT_EQ(Record::ValidateXml(Edited(report, edit.from, edit.to), findings), edit.findings.empty()) << edit.from;
-    EXPECT_EQ(findings, edit.findings) << edit.from << " -> " << edit.to;
+    Codes codes;
+    EXPECT_EQ(Record::ValidateXml(Edited(report, edit.from, edit.to), codes), edit.findings.empty()) << edit.from;
+    EXPECT_EQ(codes.Text(), edit.findings) << edit.from << " -> " << edit.to;
   }
 }
 

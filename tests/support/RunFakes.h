@@ -11,6 +11,7 @@
 #include "IZOLTDataProvider.h"
 #include "IZOLTReportResult.h"
 #include "IZOLTSkipChecker.h"
+#include "ProtectionState.h"
 #include "ZOLTInformation.h"
 
 namespace zt {
@@ -30,7 +31,7 @@ class FakeDataProvider : public IZOLTDataProvider {
   std::optional<std::string> modelName = "Model 1";
   std::optional<std::string> countryIndex = "24";
   std::optional<std::string> hostVersion = "1.2";
-  std::optional<std::uint32_t> protectionState = 0;
+  std::optional<ProtectionState> protectionState = ProtectionState::None;
   std::optional<std::uint32_t> tonerLife = 0;
   std::uint32_t changeCount = 0;
   bool collects = true;
@@ -61,7 +62,7 @@ class FakeDataProvider : public IZOLTDataProvider {
     calls_.push_back("CollectSBX");
     return collects;
   }
-  bool CheckSBXSupport(std::uint32_t* state) override { return Answer("CheckSBXSupport", protectionState, *state); }
+  bool CheckSBXSupport(ProtectionState* state) override { return Answer("CheckSBXSupport", protectionState, *state); }
   std::wstring GetQueueName() const override { return L"Queue"; }
   bool SendRawToQueue(const char*) override { return false; }
   bool SetProtection(bool on) override {

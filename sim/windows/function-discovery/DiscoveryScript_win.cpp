@@ -1,8 +1,8 @@
+#include "DiscoveryScript.h"
+
 #include <windows.h>
 
 #include <sstream>
-
-#include "DiscoveryScript.h"
 
 namespace {
 

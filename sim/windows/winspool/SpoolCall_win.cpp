@@ -1,6 +1,7 @@
+#include "SpoolCall.h"
+
 #include <map>
 
-#include "SpoolCall.h"
 #include "SpoolFiles.h"
 
 namespace {

@@ -1,6 +1,6 @@
-#include <vector>
-
 #include "SpoolFiles.h"
+
+#include <vector>
 
 namespace {
 

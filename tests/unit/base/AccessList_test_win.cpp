@@ -1,7 +1,8 @@
-#include <gtest/gtest.h>
-#include <windows.h>
-
 #include "AccessList.h"
+
+#include <windows.h>
+#include <gtest/gtest.h>
+
 #include "Handle.h"
 #include "TempFolder.h"
 

@@ -1,9 +1,10 @@
+#include "Logger.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
 
 #include "DebugOutputCapture_win.h"
-#include "Logger.h"
 #include "RegistryKey.h"
 #include "TempFolder.h"
 

@@ -1,6 +1,6 @@
-#include <gtest/gtest.h>
-
 #include "RegistryKey.h"
+
+#include <gtest/gtest.h>
 
 namespace zt {
 namespace {

@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "Codes.h"
 #include "KVFPrinter.h"
 #include "PPAInformation.h"
 #include "ZOLTInformation.h"
@@ -31,15 +32,15 @@ class FakePrinter : public KVFPrinter {
 
   HResult Open() override { return Called("Open"); }
   HResult GetPortAddress(std::wstring& text) override { return Give(address, text); }
-  HResult GetZOLTInformation(ZOLTInformation& record, std::string& errorText) override {
+  HResult CollectZOLT(ZOLTInformation& record, Codes& gathered) override {
     record.SetModelName("collected");
-    errorText += codes;
-    return Called("GetZOLTInformation " + record.DeviceDocument());
+    gathered.Add(codes);
+    return Called("GetZOLTInformation " + record.Document().Text());
   }
-  HResult GetPPAInformation(PPAInformation& record, std::string& errorText) override {
+  HResult CollectPPA(PPAInformation& record, Codes& gathered) override {
     if (!memory) throw std::bad_alloc();
-    record.SetDeviceDocument(document);
-    errorText += codes;
+    record.SetDocument(document);
+    gathered.Add(codes);
     return Called("GetPPAInformation");
   }
   HResult GetPageCounters(std::uint32_t& largest, std::uint32_t& total) override {
@@ -56,7 +57,7 @@ class FakePrinter : public KVFPrinter {
     return identityResult;
   }
   HResult SetProtection(bool on) override { return Called(on ? "SetProtection(on)" : "SetProtection(off)"); }
-  HResult GetSBXState(std::uint32_t* state) override {
+  HResult GetSBXState(ProtectionState* state) override {
     return identityResult == HResult::Ok ? KVFPrinter::GetSBXState(state) : identityResult;
   }
   bool IsUSB() const override { return usb; }

@@ -133,7 +133,7 @@ inline USBServices FakeUSBPrinter::Services() {
                 log.push_back("count jobs");
                 return jobs;
               },
-          .sleep = [this](std::uint32_t milliseconds) { slept += milliseconds; }};
+          .pause = [this](std::uint32_t milliseconds) { slept += milliseconds; }};
 }
 
 }  // namespace zt

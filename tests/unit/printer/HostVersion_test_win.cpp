@@ -1,6 +1,7 @@
+#include "HostVersion.h"
+
 #include <gtest/gtest.h>
 
-#include "HostVersion.h"
 #include "TempFolder.h"
 
 namespace zt {

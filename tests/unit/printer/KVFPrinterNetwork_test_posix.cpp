@@ -1,7 +1,9 @@
+#include "KVFPrinterNetwork.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "Hex.h"
+#include "HexBytes.h"
 #include "KVFPrinterNetwork.h"
 #include "PPAInformation.h"
 #include "SNMPPeer.h"
@@ -196,14 +198,14 @@ TEST_F(KVFPrinterNetworkTest, RecordOfAColourPrinter) {
                                                   {"TTime", "22"}}));
   EXPECT_EQ(record.CounterValues(), (ElementValues{{"DevTotalColorCount", "30"}, {"DevTotalMonoCount", "11"}}));
   ASSERT_EQ(record.Toners().size(), 2u);
-  EXPECT_EQ(record.Toners()[0].Colour(), 4);
+  EXPECT_EQ(record.Toners()[0].Colour(), TonerColour::Black);
   EXPECT_EQ(record.Toners()[0].Values(), (ElementValues{{"InstalledDate", "2024-03-02"},
                                                         {"Level", "20"},
                                                         {"ModelID", "TK"},
                                                         {"SerialNumber", "S1"},
                                                         {"SupplierID", "VLN"},
                                                         {"VendorName", "Velnora"}}));
-  EXPECT_EQ(record.Toners()[1].Colour(), 1);
+  EXPECT_EQ(record.Toners()[1].Colour(), TonerColour::Cyan);
   EXPECT_EQ(record.Toners()[1].Values().at("Level"), "");  // the code -3 is no percentage
   EXPECT_FALSE(record.IsDocumentMode());
   EXPECT_THAT(fetched, IsEmpty());
@@ -254,7 +256,7 @@ TEST_F(KVFPrinterNetworkTest, UsageDocumentOfThePrinter) {
   EXPECT_EQ(Collect(), "ok");
   EXPECT_EQ(fetched.size(), 3u);
   EXPECT_TRUE(record.IsDocumentMode());
-  EXPECT_EQ(record.DeviceDocument(), kDocument);
+  EXPECT_EQ(record.Document().Text(), kDocument);
   EXPECT_EQ(record.DeviceValues().at("MDL"), "Velnora RV-2160");
   EXPECT_EQ(record.DeviceValues().at("GeneralSerialNumber"), "ABC123");
 

@@ -216,7 +216,7 @@ TEST_F(KVFPrinterUSBTest, Record) {
   Plug();
   OpenQuietly();
   record = {};
-  record.SetDeviceDocument(kDocument);  // read before in this run
+  record.SetDocument(kDocument);  // read before in this run
   std::string codes;
   EXPECT_EQ(printer->GetZOLTInformation(record, codes), HResult::Ok);
   EXPECT_TRUE(record.IsDocumentMode());

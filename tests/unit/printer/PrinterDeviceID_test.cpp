@@ -89,8 +89,10 @@ TEST(HasCommand, LooksForAWholeWord) {
 }
 
 TEST(SBXStateOf, FirstStateDecides) {
-  const std::pair<const char*, std::uint32_t> rows[] = {
-      {"CMD:SBXOT,SBXOFF,SBXON", 1}, {"CMD:SBXOT,SBXOFF", 2}, {"CMD:SBXOT", 3}, {"CMD:SBXONX", 0}};
+  const std::pair<const char*, ProtectionState> rows[] = {{"CMD:SBXOT,SBXOFF,SBXON", ProtectionState::On},
+                                                          {"CMD:SBXOT,SBXOFF", ProtectionState::Off},
+                                                          {"CMD:SBXOT", ProtectionState::OT},
+                                                          {"CMD:SBXONX", ProtectionState::None}};
   for (const auto& [text, state] : rows) EXPECT_EQ(SBXStateOf(Parsed(text)), state) << text;
 }
 

@@ -1,7 +1,9 @@
+#include "PrinterSNMPClient.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "Hex.h"
+#include "HexBytes.h"
 #include "PrinterSNMPClient.h"
 #include "SNMPPeer.h"
 #include "TraceCapture.h"

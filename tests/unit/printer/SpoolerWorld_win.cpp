@@ -1,3 +1,5 @@
+#include "SpoolerWorld.h"
+
 #include <windows.h>
 
 #include "SpoolerWorld.h"

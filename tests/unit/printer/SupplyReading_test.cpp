@@ -20,18 +20,18 @@ SupplyColumns OneToner() {
           .dates = {"07E8030F"}};
 }
 
-// Reads the columns and answers, of each entry, its kind and its attributes, and behind all of them the notes.
+// Reads the columns and answers, of each entry, its kind and its attributes, and behind all of them the codes.
 std::string Read(const SupplyColumns& columns) {
-  std::string notes;
+  Codes codes;
   std::string text;
-  for (const SupplyEntry& entry : ReadSupplies(columns, notes)) {
+  for (const SupplyEntry& entry : ReadSupplies(columns, codes)) {
     text += std::to_string(static_cast<int>(entry.kind));
     for (const auto& [attribute, value] : entry.attributes) {
       text += " " + std::to_string(static_cast<int>(attribute)) + "=" + value;
     }
     text += "; ";
   }
-  return text + notes;
+  return text + codes.Text();
 }
 
 TEST(ReadSupplies, Table) {

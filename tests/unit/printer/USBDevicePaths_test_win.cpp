@@ -1,9 +1,10 @@
+#include "USBDevicePaths.h"
+
+#include <windows.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <windows.h>
 
 #include "RegistryKey.h"
-#include "USBDevicePaths.h"
 
 namespace zt {
 namespace {

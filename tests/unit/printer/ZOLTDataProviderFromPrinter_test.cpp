@@ -41,7 +41,7 @@ class ProviderTest : public testing::Test {
                    return sends;
                  },
              .readHostVersion = [this] { return hostVersion; },
-             .sleep = [this](std::uint32_t milliseconds) { slept += milliseconds; }}};
+             .pause = [this](std::uint32_t milliseconds) { slept += milliseconds; }}};
   }
 
   // What was traced since the last time, and behind it what went to the debugger output.
@@ -99,7 +99,7 @@ TEST_F(ProviderTest, Initialize) {
 // they succeed is seen end to end.
 TEST_F(ProviderTest, RefusedOperations) {
   using Provider = ZOLTDataProviderFromPrinter;
-  std::uint32_t state = 9;
+  ProtectionState state = ProtectionState::OT;
   std::uint32_t life = 0;
   std::uint32_t changes = 0;
   std::string country = "old";
@@ -136,7 +136,7 @@ TEST_F(ProviderTest, RefusedOperations) {
   printer->counters = {150, 3};
   for (const auto& row : rows) EXPECT_TRUE(row.ask(good));
   EXPECT_EQ(std::tuple(state, text, life, changes, country),
-            std::tuple(2u, std::string("SN7"), 150u, 3u, std::string("52")));
+            std::tuple(ProtectionState::Off, std::string("SN7"), 150u, 3u, std::string("52")));
   EXPECT_EQ(record.DeviceValues().at("HostVersion"), "3.2.1");
   EXPECT_FALSE(good.CheckSBXSupport(nullptr) || good.GetTonerLife(nullptr, &changes) ||
                good.GetTonerLife(&life, nullptr) || good.ExtendedIDContains("B,A") || good.SendRawToQueue(nullptr));

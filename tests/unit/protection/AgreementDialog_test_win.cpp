@@ -1,3 +1,6 @@
+#include "AgreementDialog.h"
+
+#include <windows.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 

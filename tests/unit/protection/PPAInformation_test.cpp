@@ -26,7 +26,7 @@ PPAInformation Record() {
   record.SetCountryIndex("52");
   record.SetHostVersion("1.2");
   record.SetAgreement(true);
-  TonerRecord toner(2);
+  TonerRecord toner(TonerColour::Magenta);
   toner.SetUsedDotPercent("7");
   toner.SetTargetDot("8");
   toner.SetCapacity("9");
@@ -38,7 +38,7 @@ PPAInformation Record() {
 TEST(PPAInformationTest, BuildsTheDocument) {
   EXPECT_EQ(Record().ToText(), report);
   PPAInformation bare;
-  bare.AddToner(TonerRecord(5));
+  bare.AddToner(TonerRecord(TonerColour{5}));
   EXPECT_EQ(bare.ToText(),
             "<?xml version=\"1.0\" encoding=\"UTF-8\" ?>\n<root>\n<ZOLT>\n<Supplies>\n<Toner>\n</Supplies>\n"
             "<ZOLTAgree>0</ZOLTAgree>\n</ZOLT>\n</root>\n");
@@ -74,14 +74,14 @@ TEST(PPAInformationTest, ValidatesEachElement) {
 
 TEST(PPAInformationTest, ReadsInTwoSteps) {
   PPAInformation record;
-  std::string messages;
-  EXPECT_TRUE(record.ReadXml(report, messages));
+  Codes codes;
+  EXPECT_TRUE(record.ReadXml(std::string(report), codes));
   const ElementValues device = {{"CurrentVersion", "2"}, {"FormatType", "F"}, {"SystemInstalledDate", "2014-03-06"}};
   EXPECT_EQ(record.DeviceValues(), device);
   EXPECT_TRUE(record.Toners().empty());
-  EXPECT_TRUE(record.ReadCountsAndSupplies(report, messages));
+  EXPECT_TRUE(record.ReadCountsAndSupplies(std::string(report), codes));
   ASSERT_EQ(record.Toners().size(), 1u);
-  EXPECT_EQ(record.Toners()[0].Colour(), 2);
+  EXPECT_EQ(record.Toners()[0].Colour(), TonerColour::Magenta);
   EXPECT_EQ(record.Toners()[0].Values(), Record().Toners()[0].Values());
 }
 
@@ -105,12 +105,12 @@ TEST(PPAInformationTest, ReportsWhatItCannotRead) {
   };
   for (const Row& row : rows) {
     PPAInformation record;
-    std::string device;
-    std::string toners;
+    Codes device;
+    Codes toners;
     EXPECT_EQ(record.ReadXml(row.document, device), row.device.empty()) << row.document;
     EXPECT_EQ(record.ReadCountsAndSupplies(row.document, toners), row.toners.empty()) << row.document;
-    EXPECT_EQ(device, row.device) << row.document;
-    EXPECT_EQ(toners, row.toners) << row.document;
+    EXPECT_EQ(device.Text(), row.device) << row.document;
+    EXPECT_EQ(toners.Text(), row.toners) << row.document;
     const bool hasToner = row.document.starts_with("<?xml") && !row.toners.ends_with("tcolor");
     EXPECT_EQ(record.Toners().size(), hasToner ? 1u : 0u) << row.document;
   }

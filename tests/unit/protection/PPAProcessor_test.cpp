@@ -54,8 +54,8 @@ struct World {
   std::vector<std::string> shown;
 };
 
-constexpr std::uint32_t on = 1;
-constexpr std::uint32_t off = 2;
+constexpr auto kOn = ProtectionState::On;
+constexpr auto kOff = ProtectionState::Off;
 
 // Stages of a run, and the calls of each.
 const std::map<std::string_view, std::string_view> stages = {
@@ -97,7 +97,7 @@ const std::string noLimit = "- [ZT] Current SBXLevel is not limitted = ";
 
 struct Scenario {
   const char* name;
-  std::optional<std::uint32_t> state;
+  std::optional<ProtectionState> state;
   std::string_view stages;
   std::string says;
   std::function<void(World&)> change = [](World&) {};
@@ -125,91 +125,91 @@ void AnswerNonsense(World& world) {
 
 const Scenario scenarios[] = {
     // How the run begins.
-    {"closed", on, "open", unchecked, [](World& w) { w.provider.opens = false; }},
+    {"closed", kOn, "open", unchecked, [](World& w) { w.provider.opens = false; }},
     {"no state", std::nullopt, "state", unchecked},
-    {"no protection", 0, "state", unprotectable},
-    {"SBXOT", 3, "state", unprotectable},
-    {"no life", on, "life", "3 [UA] failed to get toner life info~\n", [](World& w) { w.provider.tonerLife.reset(); }},
-    {"no country", on, "begin", noCountry, [](World& w) { w.provider.countryIndex.reset(); }},
-    {"empty country", off, "begin", noCountry, [](World& w) { w.provider.countryIndex = ""; }},
+    {"no protection", ProtectionState::None, "state", unprotectable},
+    {"SBXOT", ProtectionState::OT, "state", unprotectable},
+    {"no life", kOn, "life", "3 [UA] failed to get toner life info~\n", [](World& w) { w.provider.tonerLife.reset(); }},
+    {"no country", kOn, "begin", noCountry, [](World& w) { w.provider.countryIndex.reset(); }},
+    {"empty country", kOff, "begin", noCountry, [](World& w) { w.provider.countryIndex = ""; }},
 
     // Protection on: the user is asked before the server.
-    {"disagreed", on, "begin ask switchOff check store count read post record", sent},
-    {"disagreed unreported", on, "begin ask switchOff check store count read record", "",
+    {"disagreed", kOn, "begin ask switchOff check store count read post record", sent},
+    {"disagreed unreported", kOn, "begin ask switchOff check store count read record", "",
      [](World& w) { w.answer = Agreement::DisagreedUnreported; }},
-    {"agreed", on, "begin ask check store", "", [](World& w) { w.answer = Agreement::Agreed; }},
-    {"country 52", on, "begin ask52 check store", "",
+    {"agreed", kOn, "begin ask check store", "", [](World& w) { w.answer = Agreement::Agreed; }},
+    {"country 52", kOn, "begin ask52 check store", "",
      [](World& w) { w.provider.countryIndex = "52", w.answer = Agreement::Agreed; }},
-    {"country 520", on, "begin ask check store", "",
+    {"country 520", kOn, "begin ask check store", "",
      [](World& w) { w.provider.countryIndex = "520", w.answer = Agreement::Agreed; }},
-    {"unknown country", on, "begin switchOff check store count read record", "",
+    {"unknown country", kOn, "begin switchOff check store count read record", "",
      [](World& w) { w.provider.countryIndex = "Unknown"; }},
-    {"country of the default list", on, "begin switchOff check store count read record", "",
+    {"country of the default list", kOn, "begin switchOff check store count read record", "",
      [](World& w) { w.provider.countryIndex = "24"; }},
-    {"country of the stored list", on, "begin switchOff check count read record", "",
+    {"country of the stored list", kOn, "begin switchOff check count read record", "",
      [](World& w) { Store(w, 160), w.skipChecker.policy->nsLanguageCode = "1,2", w.client.checks = false; }},
-    {"at the limit", on, "begin check store count read record", "", [](World& w) { Store(w, 200); }},
-    {"within the limit", on, "begin149 check store count", noLimit + "149\n",
+    {"at the limit", kOn, "begin check store count read record", "", [](World& w) { Store(w, 200); }},
+    {"within the limit", kOn, "begin149 check store count", noLimit + "149\n",
      [](World& w) { w.provider.tonerLife = 149; }},
-    {"life 99", on, "begin99 check store", noLimit + "99\n", [](World& w) { w.provider.tonerLife = 99; }},
-    {"life 99 past the limit", on, "begin99 ask switchOff check store", noLimit + "99\n",
+    {"life 99", kOn, "begin99 check store", noLimit + "99\n", [](World& w) { w.provider.tonerLife = 99; }},
+    {"life 99 past the limit", kOn, "begin99 ask switchOff check store", noLimit + "99\n",
      [](World& w) { Store(w, 50), w.provider.tonerLife = 99; }},
-    {"not switchable", on, "begin ask switchOff check store count read post record", sent,
+    {"not switchable", kOn, "begin ask switchOff check store count read post record", sent,
      [](World& w) { w.provider.switchesProtection = false; }},
-    {"raised limit", on, "begin ask switchOff check storeGiven count", noLimit + "200\n", RaiseLimit},
+    {"raised limit", kOn, "begin ask switchOff check storeGiven count", noLimit + "200\n", RaiseLimit},
 
     // Protection off: the user is asked when the data is there.
-    {"off, disagreed", off, "begin check store count read ask post record", sent + disagreed},
-    {"off, agreed", off, "begin check store count read ask switchOn",
+    {"off, disagreed", kOff, "begin check store count read ask post record", sent + disagreed},
+    {"off, agreed", kOff, "begin check store count read ask switchOn",
      "4 [ZT] refill - SendCommandViaPrinterQueue (ON).\n- [ZT] Product protection agree value = agree\n",
      [](World& w) { w.answer = Agreement::Agreed; }},
-    {"off, disagreed unreported", off, "begin check store count read ask record", disagreed,
+    {"off, disagreed unreported", kOff, "begin check store count read ask record", disagreed,
      [](World& w) { w.answer = Agreement::DisagreedUnreported; }},
-    {"off, listed country", off, "begin check store count read ask post record", sent + disagreed,
+    {"off, listed country", kOff, "begin check store count read ask post record", sent + disagreed,
      [](World& w) { w.provider.countryIndex = "24"; }},
-    {"off, policy stored", off, "begin count check store read ask post record", sent + disagreed,
+    {"off, policy stored", kOff, "begin count check store read ask post record", sent + disagreed,
      [](World& w) { Store(w, 150); }},
-    {"off, policy stored, life 99", off, "begin99", noLimit + "99\n",
+    {"off, policy stored, life 99", kOff, "begin99", noLimit + "99\n",
      [](World& w) { Store(w, 150), w.provider.tonerLife = 99; }},
-    {"off, below the limit", off, "begin149 check store count", noLimit + "149\n",
+    {"off, below the limit", kOff, "begin149 check store count", noLimit + "149\n",
      [](World& w) { w.provider.tonerLife = 149; }},
-    {"off, limit 0", off, "begin count check read ask post record", sent + disagreed,
+    {"off, limit 0", kOff, "begin count check read ask post record", sent + disagreed,
      [](World& w) { Store(w, 0), w.client.checks = false; }},
 
     // The server.
-    {"service ended", on, "begin ask switchOff check disable", serviceEnded, EndService},
-    {"service ended, asked late", off, "begin count check disable", serviceEnded,
+    {"service ended", kOn, "begin ask switchOff check disable", serviceEnded, EndService},
+    {"service ended, asked late", kOff, "begin count check disable", serviceEnded,
      [](World& w) { Store(w, 150), EndService(w); }},
-    {"unreachable, nothing stored", off, "begin check count read ask post record", sent + disagreed,
+    {"unreachable, nothing stored", kOff, "begin check count read ask post record", sent + disagreed,
      [](World& w) { w.client.checks = false; }},
-    {"numbers that are none", off, "begin check store count read ask post record", sent + disagreed, AnswerNonsense},
-    {"no model name", off, "begin checkNoModel store count read ask post record", sent + disagreed,
+    {"numbers that are none", kOff, "begin check store count read ask post record", sent + disagreed, AnswerNonsense},
+    {"no model name", kOff, "begin checkNoModel store count read ask post record", sent + disagreed,
      [](World& w) { w.provider.modelName.reset(); }},
 
     // Collecting.
-    {"no job wait ends the run", off, "begin check store count read ask post record", sent + disagreed,
+    {"no job wait ends the run", kOff, "begin check store count read ask post record", sent + disagreed,
      [](World& w) { w.provider.waits.assign(2, false); }},
-    {"no serial number", off, "begin check store serial", "3 [UA] failed to get serial nubmer~\n",
+    {"no serial number", kOff, "begin check store serial", "3 [UA] failed to get serial nubmer~\n",
      [](World& w) { w.provider.serialNumber.reset(); }},
-    {"same toner, sent lately", off, "begin check store count near",
+    {"same toner, sent lately", kOff, "begin check store count near",
      "3 [UA] CanSkipByLastPPSendTime - skip send success local. bye~\n",
      [](World& w) { w.skipChecker.changeCountChanged = false, w.skipChecker.ppSendIsNear = true; }},
-    {"same toner, sent long ago", off, "begin check store count near read ask post record", sent + disagreed,
+    {"same toner, sent long ago", kOff, "begin check store count near read ask post record", sent + disagreed,
      [](World& w) { w.skipChecker.changeCountChanged = false; }},
-    {"other toner, sent lately", off, "begin check store count read ask post record", sent + disagreed,
+    {"other toner, sent lately", kOff, "begin check store count read ask post record", sent + disagreed,
      [](World& w) { w.skipChecker.ppSendIsNear = true; }},
-    {"collecting fails", off, "begin check store count collect",
+    {"collecting fails", kOff, "begin check store count collect",
      "- [ZT] Failed to get info from device. Will retry at next week. bye~\n",
      [](World& w) { w.provider.collects = false; }},
-    {"no host version", off, "begin check store count read ask post record",
+    {"no host version", kOff, "begin check store count read ask post record",
      sent + "- [ZT] Failed to get host version\n" + disagreed, [](World& w) { w.provider.hostVersion.reset(); }},
 
     // Sending.
-    {"cancelled", on, "begin ask switchOff check store count read", findings + "4 cancel sending...\n",
+    {"cancelled", kOn, "begin ask switchOff check store count read", findings + "4 cancel sending...\n",
      [](World& w) { w.showResult = true, w.userAccepts = false; }},
-    {"accepted", on, "begin ask switchOff check store count read post record",
+    {"accepted", kOn, "begin ask switchOff check store count read post record",
      findings + "4 sending accepted...\n4 send sucessfully...\n", [](World& w) { w.showResult = true; }},
-    {"post fails", on, "begin ask switchOff check store count read post", findings + "4 failed to send...\n",
+    {"post fails", kOn, "begin ask switchOff check store count read post", findings + "4 failed to send...\n",
      [](World& w) { w.client.posts = false; }},
 };
 
@@ -240,7 +240,7 @@ TEST(PPAProcessorTest, EveryEndHasItsCallsAndItsLines) {
 TEST(PPAProcessorTest, ReportsTheStoredAgreementTheHostVersionAndTheTonerLife) {
   for (const bool agreement : {true, false}) {
     World world;
-    world.provider.protectionState = off;
+    world.provider.protectionState = kOff;
     world.provider.tonerLife = 4294967295;
     world.client.agreement = agreement;
     world.Run({.showResult = true, .language = L"DE"});

@@ -2,31 +2,33 @@
 
 #include <gtest/gtest.h>
 
+#include "ProtectionState.h"
+
 namespace zt {
 namespace {
 
 TEST(ProtectionRulesTest, QuestionFollowsStateLifeAndCountry) {
   struct Row {
-    SBXState state;
+    ProtectionState state;
     std::uint32_t life;
     int limit;
     const char* country;
     Question question;
   };
   constexpr Row rows[] = {
-      {SBXState::On, 151, 150, "52", Question::Ask},
-      {SBXState::On, 150, 150, "52", Question::None},
-      {SBXState::Off, 151, 150, "52", Question::None},  // asked later, after the data is collected
-      {SBXState::On, 151, 150, "24", Question::Decline},
-      {SBXState::On, 151, 150, "59", Question::Decline},
-      {SBXState::On, 151, 150, "2", Question::Ask},
-      {SBXState::On, 151, 150, "Unknown", Question::Decline},
-      {SBXState::On, 151, 150, "(Unknown 7)", Question::Decline},
-      {SBXState::On, 151, 150, "unknown", Question::Ask},
-      {SBXState::On, 150, 150, "24", Question::None},
-      {SBXState::On, 4294967295, 150, "52", Question::Ask},  // without sign
-      {SBXState::On, 151, -1, "52", Question::None},
-      {SBXState::On, 1, 0, "52", Question::Ask},
+      {ProtectionState::On, 151, 150, "52", Question::Ask},
+      {ProtectionState::On, 150, 150, "52", Question::None},
+      {ProtectionState::Off, 151, 150, "52", Question::None},  // asked later, after the data is collected
+      {ProtectionState::On, 151, 150, "24", Question::Decline},
+      {ProtectionState::On, 151, 150, "59", Question::Decline},
+      {ProtectionState::On, 151, 150, "2", Question::Ask},
+      {ProtectionState::On, 151, 150, "Unknown", Question::Decline},
+      {ProtectionState::On, 151, 150, "(Unknown 7)", Question::Decline},
+      {ProtectionState::On, 151, 150, "unknown", Question::Ask},
+      {ProtectionState::On, 150, 150, "24", Question::None},
+      {ProtectionState::On, 4294967295, 150, "52", Question::Ask},  // without sign
+      {ProtectionState::On, 151, -1, "52", Question::None},
+      {ProtectionState::On, 1, 0, "52", Question::Ask},
   };
   for (const Row& row : rows) {
     ServerPolicy policy;

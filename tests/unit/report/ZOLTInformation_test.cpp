@@ -39,7 +39,7 @@ ZOLTInformation ColourRecord() {
   record.SetFromUniversalDriver(true);
   record.SetTotalMonoCount(12);
   record.SetTotalColorCount(30);
-  TonerRecord black(4);
+  TonerRecord black(TonerColour::Black);
   black.SetVendorName("V");
   black.SetModelID("M");
   black.SetSupplierID("S");
@@ -48,7 +48,7 @@ ZOLTInformation ColourRecord() {
   black.SetAverageAreaCoverage(5);
   black.SetLevel(100);
   record.AddToner(black);
-  TonerRecord cyan(1);
+  TonerRecord cyan(TonerColour::Cyan);
   cyan.SetLevel(0);
   record.AddToner(cyan);
   return record;
@@ -64,8 +64,8 @@ TEST(ZOLTInformationTest, BuildsTheDocument) {
   bare.SetProductType("<&");
   bare.SetTotalMonoCount(-1);
   bare.SetTotalColorCount(0);
-  for (const std::int32_t colour : {0, 5, -1, 3}) {
-    TonerRecord toner(colour);
+  for (const std::uint32_t colour : {0u, 5u, 4294967295u, 3u}) {
+    TonerRecord toner(TonerColour{colour});
     toner.SetLevel(101);
     bare.AddToner(toner);
   }
@@ -120,12 +120,13 @@ TEST(ZOLTInformationTest, ValidatesEachElement) {
   };
   ExpectFindings<ZOLTInformation>(complete, edits);
 
-  std::string messages = "/earlier";
-  EXPECT_FALSE(ZOLTInformation::ValidateXml(Edited(complete, "RQD", ""), messages));
-  EXPECT_EQ(messages, "/earlier/info:is not RQD");
-  EXPECT_TRUE(ZOLTInformation::ValidateXml(complete, messages));
-  EXPECT_FALSE(ZOLTInformation::ValidateXml("", messages));
-  EXPECT_EQ(messages, "error:invalid xml data");
+  Codes codes;
+  codes.Add("/earlier");
+  EXPECT_FALSE(ZOLTInformation::ValidateXml(Edited(complete, "RQD", ""), codes));
+  EXPECT_EQ(codes.Text(), "/earlier/info:is not RQD");
+  EXPECT_TRUE(ZOLTInformation::ValidateXml(complete, codes));
+  EXPECT_FALSE(ZOLTInformation::ValidateXml("", codes));
+  EXPECT_EQ(codes.Text(), "error:invalid xml data");
 }
 
 TEST(ZOLTInformationTest, AmendsTheDeviceDocument) {
@@ -149,17 +150,17 @@ TEST(ZOLTInformationTest, AmendsTheDeviceDocument) {
   record.SetSerialNumber("SN2");
   for (const Row& row : rows) {
     record.SetFromUniversalDriver(row.universal);
-    record.SetDeviceDocument("<root><ZOLT>" + row.inside + "</ZOLT></root>");
+    record.SetDocument("<root><ZOLT>" + row.inside + "</ZOLT></root>");
     EXPECT_EQ(record.ToText(), "<root>\n    <ZOLT>\n" + row.amended + "    </ZOLT>\n</root>\n") << row.inside;
   }
   for (const char* unchanged :
        {"", "<root><ZOLT>", "<root><Zolt/></root>", "no xml at all", "<root><ZOLT><A>1 &lt; 2 & 3</A></ZOLT></root>"}) {
-    record.SetDeviceDocument(unchanged);
+    record.SetDocument(std::string(unchanged));
     EXPECT_EQ(record.ToText(), unchanged);
   }
   record.SetModelName("");
   record.SetSerialNumber("a&b");
-  record.SetDeviceDocument("<root><ZOLT/></root>");
+  record.SetDocument(std::string("<root><ZOLT/></root>"));
   EXPECT_EQ(record.ToText(),
             "<root>\n    <ZOLT>\n        <GeneralSerialNumber>a&amp;b</GeneralSerialNumber>\n    </ZOLT>\n</root>\n");
 }
@@ -169,7 +170,7 @@ TEST(ZOLTInformationTest, AmendsUpToFourMebibytes) {
   const auto report = [](const std::string& inside) { return "<root><ZOLT>" + inside + "</ZOLT></root>"; };
   ZOLTInformation record;
   record.SetDocumentMode(true);
-  record.SetDeviceDocument(report("<A>x</A>"));
+  record.SetDocument(report("<A>x</A>"));
   const std::size_t longest = 4 * 1024 * 1024 - (record.ToText().size() - 1);
   std::string deep;
   for (int depth = 0; depth < 90; ++depth) deep += "<a>";
@@ -181,23 +182,24 @@ TEST(ZOLTInformationTest, AmendsUpToFourMebibytes) {
       {deep, false},
   };
   for (const auto& [inside, amended] : rows) {
-    record.SetDeviceDocument(report(inside));
+    record.SetDocument(report(inside));
     const std::string text = record.ToText();
-    EXPECT_EQ(text != record.DeviceDocument(), amended) << text.size();
+    EXPECT_EQ(text != record.Document().Text(), amended) << text.size();
     EXPECT_LE(text.size(), 4u * 1024 * 1024);
   }
 }
 
 TEST(ZOLTInformationTest, ReadsWhatItHasWritten) {
   ZOLTInformation record;
-  std::string messages;
-  EXPECT_TRUE(record.ReadXml(colourReport, messages));
-  EXPECT_EQ(messages, "/no taac/no tvendorname/no tsupplid/no tmodelid/no tlevel/no tinstdate");  // of the cyan toner
+  Codes codes;
+  EXPECT_TRUE(record.ReadXml(colourReport, codes));
+  EXPECT_EQ(codes.Text(),
+            "/no taac/no tvendorname/no tsupplid/no tmodelid/no tlevel/no tinstdate");  // of the cyan toner
   const ElementValues device = {
       {"ProductType", "Family"}, {"SystemFirmwareVersion", "V3"}, {"SystemInstalledDate", "2014-03-06"}};
   EXPECT_EQ(record.DeviceValues(), device);
   ZOLTInformation counts;
-  EXPECT_TRUE(counts.ReadCountsAndSupplies(colourReport, messages));
+  EXPECT_TRUE(counts.ReadCountsAndSupplies(colourReport, codes));
   EXPECT_TRUE(counts.DeviceValues().empty());
 
   const ZOLTInformation written = ColourRecord();
@@ -247,23 +249,22 @@ TEST(ZOLTInformationTest, ReportsWhatItCannotRead) {
   };
   for (const Row& row : rows) {
     ZOLTInformation record;
-    std::string messages;
+    Codes codes;
     // A toner with gaps does not spoil the report; a document without counters is none.
     const bool isReport = row.messages != "/xml error" && !row.messages.ends_with("/no Count el");
-    EXPECT_EQ(record.ReadXml(row.document, messages), isReport) << row.document;
-    EXPECT_EQ(messages, row.messages) << row.document;
+    EXPECT_EQ(record.ReadXml(row.document, codes), isReport) << row.document;
+    EXPECT_EQ(codes.Text(), row.messages) << row.document;
     const auto read = record.Toners().empty() ? ElementValues() : record.Toners()[0].Values();
     const auto level = read.find("Level");
     EXPECT_STREQ(level == read.end() ? nullptr : level->second.c_str(), row.level) << row.document;
   }
   ZOLTInformation record;
-  std::string messages;
-  record.ReadXml(toner("<Level>1</Level><AverageAreaCoverage>4294967295</AverageAreaCoverage>"), messages);
+  Codes codes;
+  record.ReadXml(toner("<Level>1</Level><AverageAreaCoverage>4294967295</AverageAreaCoverage>"), codes);
   EXPECT_EQ(record.Toners().at(0).Values().at("AverageAreaCoverage"), "4294967295");
-  EXPECT_TRUE(
-      record.ReadXml("<root><ZOLT><Count><DevTotalMonoCount>-5</DevTotalMonoCount>"
-                     "<DevTotalColorCount>99999999999</DevTotalColorCount></Count></ZOLT></root>",
-                     messages));
+  EXPECT_TRUE(record.ReadXml(std::string("<root><ZOLT><Count><DevTotalMonoCount>-5</DevTotalMonoCount>"
+                                         "<DevTotalColorCount>99999999999</DevTotalColorCount></Count></ZOLT></root>"),
+                             codes));
   EXPECT_EQ(record.CounterValues(), (ElementValues{{"DevTotalColorCount", "2147483647"}, {"DevTotalMonoCount", ""}}));
 }
 
@@ -273,12 +274,12 @@ TEST(ZOLTInformationTest, NoPrefixOfADocumentIsADocument) {
     if (length == colourReport.find('\n') || length == colourReport.find('\n') + 1) continue;
     const std::string prefix = colourReport.substr(0, length);
     ZOLTInformation record;
-    std::string messages;
-    EXPECT_FALSE(record.ReadXml(prefix, messages)) << length;
-    EXPECT_EQ(messages, "/xml error");
+    Codes codes;
+    EXPECT_FALSE(record.ReadXml(prefix, codes)) << length;
+    EXPECT_EQ(codes.Text(), "/xml error");
     EXPECT_TRUE(record.DeviceValues().empty() && record.CounterValues().empty() && record.Toners().empty());
-    EXPECT_FALSE(ZOLTInformation::ValidateXml(prefix, messages)) << length;
-    EXPECT_EQ(messages, "error:invalid xml data");
+    EXPECT_FALSE(ZOLTInformation::ValidateXml(prefix, codes)) << length;
+    EXPECT_EQ(codes.Text(), "error:invalid xml data");
   }
 }
 

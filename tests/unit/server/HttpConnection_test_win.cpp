@@ -1,7 +1,7 @@
-#include <gtest/gtest.h>
-#include <winsock2.h>
-
 #include "HttpConnection.h"
+
+#include <gtest/gtest.h>
+
 #include "TraceCapture.h"
 // after winsock2.h
 #include <ws2tcpip.h>

@@ -7,7 +7,7 @@
 #include <cstdlib>
 #include <string>
 
-#include "Hex.h"
+#include "HexBytes.h"
 #include "IPInterface.h"
 #include "OwnNetwork.h"
 #include "ztsnmp/SNMPManager.h"

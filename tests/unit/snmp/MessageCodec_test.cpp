@@ -5,7 +5,7 @@
 #include <memory>
 #include <string>
 
-#include "Hex.h"
+#include "HexBytes.h"
 #include "ztsnmp/ztsnmp.h"
 
 namespace {

@@ -5,7 +5,7 @@
 #include <chrono>
 
 #include "HandleCount.h"
-#include "Hex.h"
+#include "HexBytes.h"
 #include "IPInterface.h"
 #include "OwnNetwork.h"
 #include "SNMPPeer.h"

@@ -8,7 +8,7 @@
 #include <string>
 
 #include "FailingMemory.h"
-#include "Hex.h"
+#include "HexBytes.h"
 #include "MessageCodec.h"
 #include "PrinterRecord.h"
 #include "ztsnmp/ztsnmp.h"

@@ -6,8 +6,8 @@
 #include <cstdlib>
 #include <string_view>
 
-/// hasOwnNetwork reports whether this program runs in a network of its own, see sim/bin/in-namespace. Where it does not,
-/// a line for the list of what was skipped is written: a test that needs one must send nothing.
+/// hasOwnNetwork reports whether this program runs in a network of its own, see sim/bin/in-namespace. Where it does
+/// not, a line for the list of what was skipped is written: a test that needs one must send nothing.
 inline bool hasOwnNetwork() {
   const char* const world = std::getenv("ZT_WORLD");
   if (world == nullptr || std::string_view(world) != "loopback") return true;

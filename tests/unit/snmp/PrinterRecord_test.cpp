@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "Hex.h"
+#include "HexBytes.h"
 
 namespace {
 

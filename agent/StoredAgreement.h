@@ -1,0 +1,12 @@
+#pragma once
+
+#include <string>
+
+namespace zt {
+
+// ReadStoredAgreement reports whether the user's agreement to product protection is stored for the model (bit 0 of
+// ZOLTAgree under HKEY_LOCAL_MACHINE\SOFTWARE\Velnora\WEB_Agreement\<model>). The model's key is created where it is
+// missing and the key above it exists.
+bool ReadStoredAgreement(const std::wstring& model);
+
+}  // namespace zt
