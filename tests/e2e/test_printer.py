@@ -74,23 +74,6 @@ class PrinterTest(OfficeTestCase):
         result = self.run_agent()
         self.assert_ends_with(result, "3 Last IO fail is near! Bye~", "3 found last col fail. try later. bye~")
 
-    def test_device_id_that_is_no_answer(self):
-        printer = self.scripted_printer()
-        for name, what in {
-            "garbage": rule.garbage(1400),
-            "empty datagram": rule.bytes_of(b""),
-            "more than there is room for": rule.bytes_of(bytes(8000)),
-            "answered": rule.value("INTEGER: 5"),
-        }.items():
-            with self.subTest(name):
-                printer.misbehave(what)
-                self.forget()
-                result = self.run_agent()
-                traced = "3 printer answers without a device ID : 127.0.0.1"
-                self.assertEqual(traced in result.log_texts, name == "answered")
-                self.assert_ends_with(result, "4 failed to initialize printer", "3 not valid IO. bye~")
-                printer.behave()
-
     def test_serial_numbers_of_any_bytes(self):
         printer = self.scripted_printer()
         for number, key, posted in (
