@@ -4,6 +4,7 @@ time, its line, and the history kept. What becomes of each value that is missing
 import socket
 import subprocess
 import unittest
+from pathlib import Path
 
 from sim import answers
 from sim import misbehaviour as rule
@@ -51,11 +52,16 @@ class PrinterTest(OfficeTestCase):
         skip_without_own_network("test_printer.test_ipv6_addresses", "needs a link-local IPv6 address on the loopback")
         # The agent sends from link-local IPv6 addresses only. Windows tells of one that its own name leads to, when it
         # has a DNS server with an IPv6 address.
-        subprocess.run(["ip", "addr", "add", "fe80::1/64", "dev", "lo", "nodad"], check=True)
-        for file, line in (("hosts", f"fe80::1 {socket.gethostname()}"), ("resolv.conf", "nameserver ::1")):
-            with open("/etc/" + file, "a", encoding="ascii") as text:
-                text.write(line + "\n")
-        for address in ("::1", "fe80::1", "fe80::1%1", "printer6.example"):
+        link_local = ["fe80::1/64", "dev", "lo"]
+        subprocess.run(["ip", "addr", "add", *link_local, "nodad"], check=True)
+        self.addCleanup(subprocess.run, ["ip", "addr", "del", *link_local], check=True)
+        # Each look-up waits for that server, so the other tests get their files back.
+        for name, line in (("hosts", f"fe80::1 {socket.gethostname()}"), ("resolv.conf", "nameserver ::1")):
+            file = Path("/etc", name)
+            before = file.read_text(encoding="ascii")
+            file.write_text(f"{before}\n{line}\n", encoding="ascii")
+            self.addCleanup(file.write_text, before, encoding="ascii")
+        for address in ("fe80::1", "fe80::1%1", "printer6.example"):
             with self.subTest(address):
                 self.world.spooler(queue_script(address="", more_of_port="host = " + address))
                 self.assert_report_from(address, "::")
