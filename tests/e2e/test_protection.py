@@ -211,19 +211,6 @@ class RoadTest(ProtectionTestCase):
                 self.assertEqual((self.pages, self.world.raw_jobs), (pages, [OFF] * asked))
                 self.assertEqual(len(self.agreement.asked), asked)
                 self.assertEqual(self.settings()["Common"]["TonerMaxLife"], "160" if pages else "150")
-        # Nobody is asked in a country of the list that the server gave before.
-        with self.printer(country="59"):
-            self.begin_again()
-            self.world.settings = "[Common]\r\nSBXPolicyReceived=1\r\nNSLanguageCode=12, 59\r\n"
-            self.protect()
-            self.assertEqual((self.agreement.asked, self.world.raw_jobs, self.pages), ([], [OFF], [CHECK]))
-
-    def test_no_dialog_is_no_agreement(self):
-        self.printer()
-        self.agreement.library.unlink()
-        self.assertIn("3 [UA] no agreement dialog: UA.dll cannot be loaded, error 126", self.protect().log_texts)
-        self.assertEqual((self.world.raw_jobs, self.pages), ([OFF], [CHECK]))
-        self.assertIn("LastPPSendTime_" + SERIAL, self.settings()["History"])
 
 
 class UsbTest(ProtectionTestCase):

@@ -22,16 +22,6 @@ class SettingsTest(OfficeTestCase):
         self.set_flags(VirtualTest=1)
         self.server = self.report_server()
 
-    def test_nothing_is_lost_but_what_was_no_setting(self):
-        others = {f"LastSendTime_P{number:04}": OLD for number in range(2000)}
-        common = "[Common]\r\nNSLanguageCode=24, 59\r\nOwn=1\r\n"
-        self.world.settings = common + history(**others) + "[Own]\r\nKey=a=b\r\n"
-        self.server.answer("CheckDate.aspx", answers.check_date(interval=14))
-        self.assert_ends_with(self.run_agent(), SENT)
-        self.assert_recorded(**others, **{LAST_SEND: None})
-        self.assertEqual(self.settings()["Common"], {"NSLanguageCode": "24, 59", "Own": "1", "SendIntervalDays": "14"})
-        self.assertEqual(self.settings()["Own"], {"Key": "a=b"})
-
     def test_left_over_lines_of_a_longer_file_do_not_come_back(self):
         # Each file gets shorter by more than its last line takes, which then stays whole behind the new text.
         agreement = ScriptedAgreement(self.world)
