@@ -7,10 +7,8 @@
 #include <filesystem>
 #include <fstream>
 
-#include "Logger.h"
-#include "RegistryKey.h"
 #include "TempFolder.h"
-#include "Text.h"
+#include "TraceCapture.h"
 
 namespace zt {
 namespace {
@@ -29,9 +27,7 @@ TEST(AgreementDialogTest, OnlyTheLibraryOfTheProgramsFolderIsAsked) {
   const std::filesystem::path answers = ProgramFolder() / L"AgreementAnswers.dll";
   const std::filesystem::path library = ProgramFolder() / L"UA.dll";
   const TempFolder current;
-  RegistryKey key = RegistryKey::OpenOrCreate(L"SOFTWARE\\Tressil\\Logger\\AgreementDialogTest", KEY_SET_VALUE);
-  ASSERT_TRUE(key.WriteDword(L"Level", 3) && key.WriteString(L"File", current.Path(L"zt.log")));
-  processLogger.Start(L"AgreementDialogTest");
+  const TraceCapture trace;
   std::filesystem::remove(library);
   std::filesystem::copy_file(answers, current.Path(L"UA.dll"));
   std::filesystem::current_path(current.Path(L""));
@@ -56,18 +52,13 @@ TEST(AgreementDialogTest, OnlyTheLibraryOfTheProgramsFolderIsAsked) {
   EXPECT_EQ(ShowAgreementDialog(L"Queue", L"1", true), Agreement::DisagreedUnreported);
   std::filesystem::remove(library);
 
-  processLogger.Flush();
-  const std::string log = current.Read(L"zt.log");
-  std::vector<std::string> messages;
-  for (const std::string_view line : SplitAny(log, "\r\n")) {
-    messages.emplace_back(line.substr(line.rfind('\t') + 1));
-  }
-  const std::string unloadable = "[UA] no agreement dialog: UA.dll cannot be loaded, error ";
-  EXPECT_THAT(messages, ElementsAre(unloadable + "126", "[UA] the agreement dialog answered 0",
-                                    "[UA] the agreement dialog answered 4", "[UA] the agreement dialog answered -1",
-                                    "[UA] the agreement dialog answered 0",
-                                    "[UA] no agreement dialog: UA.dll does not export ShowProtectionAgreementUI",
-                                    StartsWith(unloadable)));
+  const std::string unloadable = "3 [UA] no agreement dialog: UA.dll cannot be loaded, error ";
+  EXPECT_THAT(trace.Texts(),
+              ElementsAre(unloadable + "126", "3 [UA] the agreement dialog answered 0",
+                          "3 [UA] the agreement dialog answered 4", "3 [UA] the agreement dialog answered -1",
+                          "3 [UA] the agreement dialog answered 0",
+                          "3 [UA] no agreement dialog: UA.dll does not export ShowProtectionAgreementUI",
+                          StartsWith(unloadable)));
 }
 
 }  // namespace

@@ -1,9 +1,9 @@
+#include "HandleCount.h"
+
 #include <fcntl.h>
 
 #include <filesystem>
 #include <iterator>
-
-#include "HandleCount.h"
 
 unsigned long handleCount() {
   const std::filesystem::directory_iterator entries("/proc/self/fd");

@@ -1,8 +1,8 @@
+#include "HandleCount.h"
+
 #include <windows.h>
 
 #include <cstdint>
-
-#include "HandleCount.h"
 
 unsigned long handleCount() {
   DWORD count = 0;

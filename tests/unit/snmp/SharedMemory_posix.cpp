@@ -1,8 +1,8 @@
+#include "SharedMemory.h"
+
 #include <fcntl.h>
 #include <sys/mman.h>
 #include <unistd.h>
-
-#include "SharedMemory.h"
 
 SharedMemory::SharedMemory(const char* name, std::size_t size)
     : name_(std::string("/") + name), handle_(::shm_open(name_.c_str(), O_RDWR | O_CREAT, 0600)) {

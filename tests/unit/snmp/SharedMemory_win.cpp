@@ -1,6 +1,6 @@
-#include <windows.h>
-
 #include "SharedMemory.h"
+
+#include <windows.h>
 
 SharedMemory::SharedMemory(const char* name, std::size_t size)
     : handle_(reinterpret_cast<std::intptr_t>(
