@@ -8,7 +8,7 @@ namespace zt {
 std::string ToUtf8(std::wstring_view text) {
   std::string utf8;
   for (const wchar_t wide : text) {
-    const auto point = static_cast<std::uint32_t>(wide);
+    const auto point = static_cast<std::uint32_t>(wide);  // NOLINT(bugprone-signed-char-misuse): it is no char
     if (point < 0x80) {
       utf8 += static_cast<char>(point);
     } else if (point < 0x800) {
@@ -52,6 +52,6 @@ std::wstring ToWide(std::string_view text) {
 
 std::wstring DecodeText(std::string_view text) { return ToWide(text); }
 
-bool IsLeadByte(unsigned char) { return false; }
+bool IsLeadByte(unsigned char /*byte*/) { return false; }
 
 }  // namespace zt

@@ -157,7 +157,7 @@ bool PrinterSNMPClient::WalkAndJoin(const char* column, std::string& text) {
   if (!WalkBytes(column, rows)) return false;
   std::string joined;
   for (const std::string& row : rows) joined += row;
-  text = joined.c_str();  // up to the first NUL
+  text = joined.substr(0, joined.find('\0'));
   return true;
 }
 

@@ -136,12 +136,11 @@ HResult KVFPrinterUSB::CollectPPA(PPAInformation& record, Codes& codes) {
     }
   }
   pipes.reset();
-  DeviceDocument delivered(std::move(document));
-  if (!delivered.Tree()) {
+  record.SetDocument(std::move(document));
+  if (!record.Document().Tree()) {
     codes.Add("/xml error");
     return HResult::Fail;
   }
-  record.SetDocument(std::move(delivered));
   const bool read = record.ReadXml(record.Document(), codes) && record.ReadCountsAndSupplies(record.Document(), codes);
   record.DropDocumentTree();
   return read ? HResult::Ok : HResult::Fail;

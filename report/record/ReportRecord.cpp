@@ -19,6 +19,8 @@ void ReportRecord::SetValue(std::string_view element, std::string_view text) {
   deviceValues_.insert_or_assign(std::string(element), text);
 }
 
+void ReportRecord::SetDocument(std::string text) { document_ = DeviceDocument(std::move(text)); }
+
 bool ReportRecord::IsValidDate(std::string_view text) { return IsTimeText(text); }
 
 std::string ReportRecord::ElementLines(const ElementValues& values) {

@@ -49,7 +49,7 @@ class ReportRecord {
   void AddToner(TonerRecord toner) { toners_.push_back(std::move(toner)); }
 
   // SetDocument keeps the document that the printer delivered whole. It does not read it.
-  void SetDocument(DeviceDocument document) { document_ = std::move(document); }
+  void SetDocument(std::string text);
   const DeviceDocument& Document() const { return document_; }
 
   // DropDocumentTree keeps of the document only its text, once all of it that counts has been read.

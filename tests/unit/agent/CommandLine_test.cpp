@@ -23,6 +23,8 @@ TEST(CommandLine, QueueName) {
       {{L"-ChangeMode", L"-QName", L"Office"}, std::nullopt},
       {{L"-Lang", L"-QName", L"Office"}, std::nullopt},
       {{L"-Enable", L"-QName", L"Office"}, L"Office"},
+      {{L"-Disable", L"-QName", L"Office"}, L"Office"},
+      {{L"-ShowAgreement", L"-QName", L"Office"}, L"Office"},
       {{L"--QName", L"Office"}, std::nullopt},
       {{L"-QNam", L"Office"}, std::nullopt},
       {{L"QName", L"Office"}, std::nullopt},

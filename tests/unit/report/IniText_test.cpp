@@ -41,21 +41,5 @@ TEST(IniTextTest, FormatsInByteOrder) {
   EXPECT_EQ(FormatIni({{"S", {{"K_\n", "24\r\n[T]\nZOLTEnabled=2"}}}}), "[S]\r\nK_ =24  [T] ZOLTEnabled=2\r\n");
 }
 
-TEST(IniTextTest, EveryPrefixGivesWhatIsWhole) {
-  const std::string text =
-      "[Common]\r\nZOLTEnabled=1\r\n[History]\r\nLastSendTime_P1=2014-03-06 10:00:00\r\n;c\r\nTonerChangeCount=7\r\n";
-  const IniSections whole = ParseIni(text);
-  for (std::size_t length = 0; length < text.size(); ++length) {
-    const IniSections sections = ParseIni(text.substr(0, length));
-    EXPECT_EQ(ParseIni(FormatIni(sections)), sections) << length;
-    for (const auto& [name, section] : sections) {
-      for (const auto& [key, value] : section) {
-        ASSERT_TRUE(whole.contains(name) && whole.at(name).contains(key)) << length;
-        EXPECT_TRUE(whole.at(name).at(key).starts_with(value)) << length;
-      }
-    }
-  }
-}
-
 }  // namespace
 }  // namespace zt

@@ -8,7 +8,9 @@ std::string settingsFile;
 
 KVFLocalSetting::KVFLocalSetting(std::string_view) {}
 
-KVFLocalSetting::~KVFLocalSetting() = default;
+KVFLocalSetting::~KVFLocalSetting() {
+  if (dirty_) Save({});
+}
 
 bool KVFLocalSetting::Load() {
   sections_ = ParseIni(settingsFile);

@@ -4,7 +4,7 @@
 
 namespace zt {
 
-// settingsFile is what natively stands in for the settings file: Load reads it, Save writes it.
+// settingsFile stands in for the settings file: Load reads it, Save and the end of a changed store write it.
 extern std::string settingsFile;
 
 }  // namespace zt

