@@ -62,7 +62,8 @@ void SNMPPeer::Set(const std::string& name, std::string_view text) {
 
 void SNMPPeer::Set(const std::string& name, std::int64_t number) {
   Set(name, Written([number](BerWriter& writer) {
-        if (number <= std::numeric_limits<std::int32_t>::max()) return writer.integer(static_cast<std::int32_t>(number));
+        if (number <= std::numeric_limits<std::int32_t>::max())
+          return writer.integer(static_cast<std::int32_t>(number));
         writer.unsignedNumber(kCounter, static_cast<std::uint32_t>(number));
       }));
 }
