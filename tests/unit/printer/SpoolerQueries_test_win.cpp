@@ -39,6 +39,15 @@ jobs = 3 0
 listed = nameless
 [queue Connection]
 attributes = 0x50
+[queue OnLostWSD]
+listed = no
+port = WSD-lost
+[queue OnSecret]
+listed = no
+port = IP_SECRET
+[queue OnUSB]
+listed = no
+port = USB001
 [port WSD-1234]
 monitor = Standard TCP/IP Port
 [port WSD-0]
@@ -85,7 +94,6 @@ const TCPIPRow kTCPIPPorts[] = {
      {{L"192.168.1.20", L"public"}},
      nullptr},
     {"IP_HOST", "host = printer.example", {{L"printer.example", L""}}, nullptr},
-    {"IP_EMPTY", "address =", {{L"", L""}}, nullptr},
     {"IP_SHORT", "GetConfigInfo.hex = 4900", {{L"", L""}}, nullptr},
     {"IP_SECRET",
      "address = 192.168.1.21\ncommunity = a community of 26 letters.",
@@ -134,18 +142,6 @@ const WSDRow kWSDPorts[] = {
     {"lost", nullptr, nullptr, "monitor = WSD Port\naddress = 192.168.1.50", ""},
 };
 
-struct FactoryRow {
-  const char* queue;
-  const char* port;
-  const char* address;  // null: no printer
-};
-constexpr FactoryRow kFactoryQueues[] = {
-    {"OnLostWSD", "WSD-lost", "192.168.1.50"},  // falls through to the next roads
-    {"OnSecret", "IP_SECRET", "192.168.1.21"},
-    {"OnUSB", "USB001", nullptr},  // nothing is plugged in
-    {"OnNothing", "", nullptr},
-};
-
 std::string Section(const std::string& kind, const std::string& name, const std::string& script) {
   return "[" + kind + " " + name + "]\n" + script + "\n";
 }
@@ -158,7 +154,6 @@ std::string SpoolScript() {
   for (const Queue& queue : kBadQueues) addUnlisted(queue);
   addUnlisted(kRoomyQueue);
   for (const QueueThatPrints& row : kQueuesThatPrint) addUnlisted(row.queue);
-  for (const FactoryRow& row : kFactoryQueues) addUnlisted({row.queue, (std::string("port = ") + row.port).c_str()});
   for (const TCPIPRow& row : kTCPIPPorts) script += Section("port", row.port, row.script);
   for (const WSDRow& row : kWSDPorts) {
     script += Section("port", std::string("WSD-") + row.port, row.script);
@@ -312,16 +307,17 @@ TEST_F(SpoolerQueries, ResolveWSDAddress) {
   EXPECT_THAT(world->Calls(), Contains("OpenPrinterW \"\\\\print\\,XcvPort WSD-1\" -> ok"));
 }
 
+// What is no WSD device after all falls through to the other roads; nothing is plugged in; the last queue has no port.
 TEST_F(SpoolerQueries, CreatePrinterForQueue) {
-  for (const FactoryRow& row : kFactoryQueues) {
-    const std::unique_ptr<KVFPrinter> printer = CreatePrinterForQueue(ToWide(row.queue));
-    ASSERT_EQ(printer != nullptr, row.address != nullptr) << row.queue;
+  const std::pair<const wchar_t*, const wchar_t*> rows[] = {
+      {L"OnLostWSD", L"192.168.1.50"}, {L"OnSecret", L"192.168.1.21"}, {L"OnUSB", nullptr}, {L"Bare", nullptr}};
+  for (const auto& [queue, expected] : rows) {
+    const std::unique_ptr<KVFPrinter> printer = CreatePrinterForQueue(queue);
     std::wstring address;
-    if (printer) printer->GetPortAddress(address);
-    EXPECT_EQ(ToNarrow(address), row.address ? row.address : "");
+    ASSERT_EQ(printer && printer->GetPortAddress(address) == HResult::Ok, expected != nullptr) << queue;
+    EXPECT_EQ(address, expected ? expected : L"");
   }
   EXPECT_THAT(Traced(), Contains("3 unusable SNMP community of port IP_SECRET"));
-  EXPECT_EQ(CreatePrinterForQueue(L"Absent"), nullptr);
 }
 
 }  // namespace

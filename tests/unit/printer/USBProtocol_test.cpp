@@ -12,6 +12,7 @@ namespace {
 TEST(USBPortNumber, Table) {
   const std::pair<std::wstring_view, std::optional<std::uint32_t>> rows[] = {
       {L"USB001", 1},
+      {L"USB010", 10},
       {L"DOT4_002", 2},
       {L"12", 2},  // the first character never counts
       {L"X4294967295", 4294967295},
@@ -43,8 +44,10 @@ TEST(SuppliesOfStatus, FourTonersInTwoFamilies) {
 TEST(ReadCounterBlock, LargestAndTotal) {
   std::vector<std::uint8_t> block(21);
   EXPECT_EQ(ReadCounterBlock(block), (USBPageCounters{0, 0}));  // a new printer
-  block = {0x01, 0x02, 0x03, 0x04, 0, 0, 0, 10, 0, 0, 0, 40, 0, 0, 0, 30, 0xFF, 0, 0, 20, 0xFF};
-  EXPECT_EQ(ReadCounterBlock(block), (USBPageCounters{0xFF000014, 0x01020304}));  // the last one, unsigned
+  block = {0x01, 0x02, 0x03, 0x04, 0, 0, 0, 10, 0, 0, 0, 40, 0, 0, 0, 30, 0, 0, 0, 20, 0xFF};
+  EXPECT_EQ(ReadCounterBlock(block), (USBPageCounters{40, 0x01020304}));
+  block[16] = 0xFF;  // the last one, as an unsigned number
+  EXPECT_EQ(ReadCounterBlock(block), (USBPageCounters{0xFF000014, 0x01020304}));
   EXPECT_EQ(ReadCounterBlock(std::span(block).first(19)), std::nullopt);
 }
 

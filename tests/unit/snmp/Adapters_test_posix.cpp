@@ -66,6 +66,14 @@ TEST_F(Adapters, OfOneLinkLocalAddressAreToldApart) {
   EXPECT_TRUE(run("ip addr del fe80::a1/64 dev lo"));
 }
 
+TEST_F(Adapters, OfVeryManyAddressesAreUsedInPart) {
+  EXPECT_TRUE(run("for i in $(seq 60); do ip addr add 127.0.1.$i/8 dev lo; done"));
+  ztsnmp::IPInterface transport;
+  EXPECT_EQ(transport.initialize(), 0);
+  EXPECT_EQ(transport.transmitTo("127.0.0.1", Bytes(1)), 0);
+  EXPECT_TRUE(run("for i in $(seq 60); do ip addr del 127.0.1.$i/8 dev lo; done"));
+}
+
 // "near" has an address, and no way to all hosts; the loopback has one, where nobody answers.
 TEST_F(Adapters, ThatReachNobodyDoNotFailABroadcast) {
   static std::string told;
