@@ -10,7 +10,7 @@
 constexpr int kMostRows = 10000;  // unless somebody wants another limit
 
 /// walk hands each object below a name to `visit`, in the agent's order and not more of them than `mostRows`. It
-/// answers whether it came to the end of what there is; if not, it has said on stderr why.
+/// returns whether it came to the end of what there is; if not, it has said on stderr why.
 inline bool walk(SNMPManager& manager, Target& target, const std::string& root, int mostRows,
                  const std::function<void(const VarBind&)>& visit) {
   constexpr int kNoSuchName = 2;  // how an agent says that nothing follows

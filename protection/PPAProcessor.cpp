@@ -1,5 +1,7 @@
 #include "PPAProcessor.h"
 
+#include <new>
+
 #include "CodePage.h"
 #include "Codes.h"
 #include "PPAInformation.h"
@@ -10,6 +12,8 @@
 namespace zt {
 namespace {
 
+constexpr std::string_view kCollectionFailed = "[ZT] Failed to get info from device. Will retry at next week. bye~";
+
 // Parties are those that a run deals with, besides the user.
 struct Parties {
   IZOLTDataProvider& provider;
@@ -17,12 +21,14 @@ struct Parties {
   IZOLTSkipChecker& skipChecker;
 };
 
-// Facts are what the printer tells before anybody is asked.
+// Facts are what the printer tells, and what is stored for it, before anybody is asked.
 struct Facts {
   ProtectionState state = ProtectionState::None;
   std::uint32_t tonerLife = 0;
   std::uint32_t changeCount = 0;
   std::string countryIndex;
+  ServerPolicy policy;  // as stored, or the defaults
+  bool policyStored = false;
 };
 
 // Examine opens the printer and reads the facts; nothing, with a line that says why, ends the run.
@@ -43,6 +49,7 @@ std::optional<Facts> Examine(IZOLTDataProvider& provider, IZOLTSkipChecker& skip
     return std::nullopt;
   }
   skipChecker.RecordTonerLife(ToNarrow(provider.GetQueueName()), facts.tonerLife);
+  facts.policyStored = skipChecker.GetServerPolicy(facts.policy);
   if (!provider.GetCountryIndex(facts.countryIndex) || facts.countryIndex.empty()) {
     WriteDebug("[ZT] device is not supported countryIndex");
     return std::nullopt;
@@ -63,10 +70,9 @@ struct User {
 // AskForProtected settles the agreement of a printer whose protection is on, before the server is asked: the user is,
 // where the toner life is past the limit, and a refusal switches the protection off. Of a printer whose protection is
 // off nobody is asked yet.
-Agreement AskForProtected(const Facts& facts, const ServerPolicy& policy, IZOLTDataProvider& provider,
-                          const User& user) {
+Agreement AskForProtected(const Facts& facts, IZOLTDataProvider& provider, const User& user) {
   Agreement agreement = Agreement::DisagreedUnreported;  // until somebody is asked
-  const Question question = QuestionForProtectedPrinter(facts.state, facts.tonerLife, policy, facts.countryIndex);
+  const Question question = QuestionForProtectedPrinter(facts.state, facts.tonerLife, facts.policy, facts.countryIndex);
   if (question == Question::Ask) agreement = user.Ask();
   if (question != Question::None && IsRefused(agreement)) provider.SetProtection(false);
   return agreement;
@@ -98,9 +104,9 @@ void ReportNoLimit(std::uint32_t tonerLife) {
 // SerialNumberIfDue decides whether data is to be collected, and reads the serial number on the way. Nothing when it is
 // not: the server has ended the service, the limit is not reached, nobody has refused, the printer does not say who it
 // is, or the last report is near.
-std::optional<std::string> SerialNumberIfDue(const Facts& facts, Agreement agreement, ServerPolicy policy,
-                                             bool policyStored, const Parties& parties) {
-  const bool askedFirst = IsServerAskedFirst(policyStored, facts.state);
+std::optional<std::string> SerialNumberIfDue(const Facts& facts, Agreement agreement, const Parties& parties) {
+  ServerPolicy policy = facts.policy;
+  const bool askedFirst = IsServerAskedFirst(facts.policyStored, facts.state);
   if (askedFirst && !AskServer(parties, policy)) return std::nullopt;
   if (IsTonerFresh(facts.tonerLife)) {
     ReportNoLimit(facts.tonerLife);
@@ -134,7 +140,7 @@ bool Collect(const Facts& facts, IZOLTDataProvider& provider, PPAInformation& re
   bool jobsPending = false;
   provider.WaitForJobs(IZOLTDataProvider::kPollsBeforeCollecting, jobsPending);
   if (!provider.CollectSBX(record)) {
-    WriteDebug("[ZT] Failed to get info from device. Will retry at next week. bye~");
+    WriteDebug(kCollectionFailed);
     return false;
   }
   if (!provider.GetHostVersion(record)) WriteDebug("[ZT] Failed to get host version");
@@ -155,13 +161,20 @@ Agreement AskForUnprotected(IZOLTDataProvider& provider, const User& user) {
   return agreement;
 }
 
-// DocumentOf makes the document that is posted.
-std::string DocumentOf(PPAInformation& record, bool agreement) {
-  record.SetAgreement(agreement);
-  std::string document = record.ToText();
-  // What is wrong with it is noted for support. The server decides what it takes.
-  if (Codes codes; !PPAInformation::ValidateXml(document, codes)) ZT_TRACE(Warning, BeginningOf(codes));
-  return document;
+// DocumentOf makes the document that is posted; nothing when a printer's document has used the memory up, which ends as
+// a collection that failed.
+std::optional<std::string> DocumentOf(PPAInformation& record, bool agreement) {
+  try {
+    record.SetAgreement(agreement);
+    std::string document = record.ToText();
+    // What is wrong with it is noted for support. The server decides what it takes.
+    if (Codes codes; !PPAInformation::ValidateXml(document, codes)) ZT_TRACE(Warning, BeginningOf(codes));
+    return document;
+  } catch (const std::bad_alloc&) {
+    ZT_TRACE(Warning, "no memory for the report");
+    WriteDebug(kCollectionFailed);
+    return std::nullopt;
+  }
 }
 
 bool IsConfirmed(const ConfirmSend& confirm, const std::string& document) {
@@ -180,12 +193,9 @@ void PPAProcessor::Run(const PPARunOptions& options, IZOLTDataProvider& provider
   const std::optional<Facts> facts = Examine(provider, skipChecker);
   if (!facts) return;
   const User user{showAgreement_, provider.GetQueueName(), options.language, facts->countryIndex == "52"};
-  ServerPolicy policy;
-  const bool policyStored = skipChecker.GetServerPolicy(policy);
-  Agreement agreement = AskForProtected(*facts, policy, provider, user);
+  Agreement agreement = AskForProtected(*facts, provider, user);
 
-  const std::optional<std::string> serialNumber =
-      SerialNumberIfDue(*facts, agreement, policy, policyStored, {provider, client, skipChecker});
+  const std::optional<std::string> serialNumber = SerialNumberIfDue(*facts, agreement, {provider, client, skipChecker});
   if (!serialNumber) return;
 
   PPAInformation record;
@@ -194,9 +204,9 @@ void PPAProcessor::Run(const PPARunOptions& options, IZOLTDataProvider& provider
   if (agreement == Agreement::DisagreedUnreported) skipChecker.RecordPPSend(*serialNumber, std::nullopt);
   if (agreement != Agreement::Disagreed) return;
 
-  const std::string document = DocumentOf(record, client.GetAgreement());
-  if (options.showResult && !IsConfirmed(confirm_, document)) return;
-  if (ServerAnswer answer; client.PostSBX(document, answer)) {
+  const std::optional<std::string> document = DocumentOf(record, client.GetAgreement());
+  if (!document || (options.showResult && !IsConfirmed(confirm_, *document))) return;
+  if (ServerAnswer answer; client.PostSBX(*document, answer)) {
     ZT_TRACE(Information, "send sucessfully...");
     skipChecker.RecordPPSend(*serialNumber, std::nullopt);
   } else {

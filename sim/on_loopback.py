@@ -52,17 +52,7 @@ def with_sudo() -> list[str]:
         return []
     port_right = ["--inh-caps=+net_bind_service", "--ambient-caps=+net_bind_service"]
     who = [f"--reuid={os.getuid()}", f"--regid={os.getgid()}", "--init-groups"]
-    # sudo clears the environment.
-    return [
-        "sudo",
-        "-n",
-        "setpriv",
-        *who,
-        *port_right,
-        "env",
-        "-i",
-        *(f"{name}={value}" for name, value in os.environ.items()),
-    ]
+    return ["sudo", "-n", "setpriv", *who, *port_right]
 
 
 def check(ports: list[str]) -> int:
@@ -103,6 +93,8 @@ def run(command: list[str]) -> int:
         return fail(f"{NAMES} is missing, which gives the simulated world its names: apt-get install libnss-wrapper")
     folder = tempfile.mkdtemp(prefix="on-loopback-")
     (Path(folder) / "hosts").write_text(names(), encoding="utf-8")
+    # sudo clears the environment, and everybody may read its command line.
+    (Path(folder) / "environment").write_bytes(b"\0".join(b"%s=%s" % pair for pair in os.environb.items()))
     alive = f"{folder}/alive"
     os.mkfifo(alive)
     # Open until this process ends, however it ends. No other process has it: sudo and Popen close what they do not
@@ -145,12 +137,14 @@ def keep(folder: str, command: list[str]) -> int:
 
 
 def start(folder: str, command: list[str]) -> int:
-    environment = os.environ | {
+    pairs = (Path(folder) / "environment").read_bytes().split(b"\0")
+    given = dict(os.fsdecode(pair).split("=", 1) for pair in pairs)
+    environment = given | {
         "NSS_WRAPPER_HOSTS": f"{folder}/hosts",
         "LD_PRELOAD": NAMES,
         # The address sanitizer cannot live with the one, and wants to be the first library.
         "NSS_WRAPPER_DISABLE_DEEPBIND": "1",
-        "ASAN_OPTIONS": f"{os.environ.get('ASAN_OPTIONS', '')}:verify_asan_link_order=0".lstrip(":"),
+        "ASAN_OPTIONS": f"{given.get('ASAN_OPTIONS', '')}:verify_asan_link_order=0".lstrip(":"),
     }
     if child := os.fork():
         return child

@@ -14,9 +14,22 @@ mkdir -p "$private/lists/partial" "$private/download"
 # apt drops to the user _apt for downloads where it can; these folders belong to whoever builds.
 apt_private=(-o Dir::Etc::SourceList="$PWD/$private/sources.list" -o Dir::Etc::SourceParts=- -o Dir::State::Lists="$PWD/$private/lists" -o APT::Sandbox::User="$(id -un)" -o Dir::Cache="$PWD/$private" -o Debug::NoLocking=1)
 keyring=/usr/share/keyrings/debian-archive-keyring.gpg
-# shellcheck disable=SC2016 # filled in by apt-get
-apt-get indextargets --format '$(REPO_URI) $(CODENAME) $(COMPONENT)' 'Created-By: Packages' 'Origin: Debian' |
-  awk '$3 == "main"' | sort -u | sed "s|^|deb-src [signed-by=$keyring] |" > "$private/sources.list"
+list_sources() {
+  # shellcheck disable=SC2016 # apt's own variables
+  apt-get indextargets --format '$(REPO_URI) $(CODENAME) $(COMPONENT)' 'Created-By: Packages' 'Origin: Debian' |
+    awk '$3 == "main"' | sort -u | sed "s|^|deb-src [signed-by=$keyring] |" >"$private/sources.list"
+  [ -s "$private/sources.list" ]
+}
+# Images of containers are often made without apt's lists.
+if ! list_sources; then
+  as_root=()
+  [ "$(id -u)" -eq 0 ] || as_root=(sudo -n)
+  "${as_root[@]}" apt-get -qq update >/dev/null 2>&1 || true
+  list_sources || {
+    echo "apt has no lists of Debian's packages: let root say 'apt-get update' first." >&2
+    exit 1
+  }
+fi
 mkdir -p "$private/archives/partial"
 {
   apt-get "${apt_private[@]}" -qq update

@@ -35,7 +35,7 @@ class PPAInformation : public ReportRecord {
   std::string BuildXml() const;
 
   // ValidateXml checks a report and adds a code for what is missing or wrong; true only when it found nothing. A
-  // document that does not parse replaces the messages by one.
+  // document that does not parse replaces the codes by one.
   static bool ValidateXml(std::string_view document, Codes& codes);
 
  private:

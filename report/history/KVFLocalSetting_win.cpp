@@ -98,6 +98,8 @@ bool KVFLocalSetting::Load() {
 bool KVFLocalSetting::CanBeKept() const {
   const DWORD attributes = GetFileAttributesW(path_.c_str());
   if (attributes != INVALID_FILE_ATTRIBUTES) return !(attributes & FILE_ATTRIBUTE_DIRECTORY);
+  // For these microseconds another start's Load finds the file locked, and ends as the settings were; its next one goes
+  // on.
   const FileHandle probe(CreateFileW(path_.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
                                      FILE_ATTRIBUTE_NORMAL | FILE_FLAG_DELETE_ON_CLOSE, nullptr));
   return probe || GetLastError() == ERROR_FILE_EXISTS;  // another process was faster

@@ -18,7 +18,7 @@ class ZOLTInformation : public ReportRecord {
   std::string ToText() const override;
 
   // ReadXml reads the installed date, the firmware version and the product type, then what ReadCountsAndSupplies reads.
-  // Both return true when the document is a report that holds counters: gaps in its toners are worth a message only.
+  // Both return true when the document is a report that holds counters: gaps in its toners are worth a code only.
   bool ReadXml(const DeviceDocument& document, Codes& codes) override;
 
   // ReadCountsAndSupplies reads the counters and the toners only: a printer that delivers the report itself keeps its
@@ -50,7 +50,7 @@ class ZOLTInformation : public ReportRecord {
   std::string AmendDeviceXml() const;
 
   // ValidateXml checks a report and adds a code for what is missing or wrong; true only when it found nothing,
-  // informational findings included. A document that does not parse replaces the messages by one.
+  // informational findings included. A document that does not parse replaces the codes by one.
   static bool ValidateXml(std::string_view document, Codes& codes);
 
  private:

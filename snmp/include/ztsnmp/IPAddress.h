@@ -23,7 +23,7 @@ class ZTSNMP_API IPAddress : public NetworkAddress {
   [[nodiscard]] const char* getValue() const noexcept override;
   int setValue(const char* text) noexcept override;
 
-  /// isValidAddress answers 0 for four decimal numbers below 256, of one to three digits each (leading zeros are
+  /// isValidAddress returns 0 for four decimal numbers below 256, of one to three digits each (leading zeros are
   /// fine: "192.168.001.010"), joined by dots; -3 for all else, null included.
   [[nodiscard]] static int isValidAddress(const char* text) noexcept;
 

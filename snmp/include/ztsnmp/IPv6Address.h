@@ -24,7 +24,7 @@ class ZTSNMP_API IPv6Address : public NetworkAddress {
   [[nodiscard]] const char* getValue() const noexcept override;
   int setValue(const char* text) noexcept override;
 
-  /// isValidAddress answers 0 for groups of one to four hexadecimal digits with at most one "::" and, if wanted, a
+  /// isValidAddress returns 0 for groups of one to four hexadecimal digits with at most one "::" and, if wanted, a
   /// dotted IPv4 address in place of the last two groups; what follows a percent sign is not looked at. -3 for all
   /// else, null included.
   [[nodiscard]] static int isValidAddress(const char* text) noexcept;

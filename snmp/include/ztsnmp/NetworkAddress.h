@@ -11,7 +11,7 @@ enum EnumAddressType : int {
 };
 
 /// NetworkAddress is the base of the four address classes. Each keeps its address as text; `toString` and `getValue`
-/// answer the same text, which is empty for an empty address. An empty address is not valid.
+/// return the same text, which is empty for an empty address. An empty address is not valid.
 class ZTSNMP_API NetworkAddress : public SNMPDataType {
  public:
   ~NetworkAddress() override;
@@ -19,7 +19,7 @@ class ZTSNMP_API NetworkAddress : public SNMPDataType {
   [[nodiscard]] virtual EnumAddressType getAddressType() const noexcept = 0;
   [[nodiscard]] virtual const char* getValue() const noexcept = 0;
 
-  /// setValue stores the text when it keeps the rule of the class, else answers that class's negative status and keeps
+  /// setValue stores the text when it keeps the rule of the class, else returns that class's negative status and keeps
   /// the old text.
   virtual int setValue(const char* text) noexcept = 0;
 

@@ -34,7 +34,7 @@ class ZTSNMP_API OID : public SNMPDataType {
   int setValue(const char* text) noexcept;
   [[nodiscard]] const char* getValue() const noexcept;
 
-  /// isValidValue answers 0 or -7 for a text, by the rule of `setValue`.
+  /// isValidValue returns 0 or -7 for a text, by the rule of `setValue`.
   [[nodiscard]] static int isValidValue(const char* text) noexcept;
 
  private:

@@ -21,16 +21,16 @@ class ZTSNMP_API OctetString : public SNMPDataType {
 
   [[nodiscard]] EnumDataType getDataType() const noexcept override;
 
-  /// toString answers the bytes as a C string: as a reader of C strings sees it, it ends at the first NUL.
+  /// toString returns the bytes as a C string: as a reader of C strings sees it, it ends at the first NUL.
   [[nodiscard]] const char* toString() const noexcept override;
 
-  /// isValid always answers 0, for empty content too. What a request may carry is `isValidValue`.
+  /// isValid always returns 0, for empty content too. What a request may carry is `isValidValue`.
   [[nodiscard]] int isValid() const noexcept override;
 
   /// setValue copies `length` bytes; 0 is allowed. Null data or more than 1024 bytes are refused with -6.
   int setValue(const void* data, std::uint64_t length) noexcept;
 
-  /// getValue answers the bytes and writes their number to `length`. A NUL that is not counted follows them.
+  /// getValue returns the bytes and writes their number to `length`. A NUL that is not counted follows them.
   [[nodiscard]] const unsigned char* getValue(std::uint64_t& length) const noexcept;
 
   /// isValidValue is the stricter rule that the PDU checks and the encoder apply: -6 for null data or more than 1024

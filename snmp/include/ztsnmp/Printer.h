@@ -21,7 +21,7 @@ class ZTSNMP_API Printer : public Target {
   [[nodiscard]] const OctetString& getName() const noexcept;
   [[nodiscard]] const OctetString& getDescription() const noexcept;
 
-  /// getStatus answers the printer's status (hrPrinterStatus, RFC 2790), -1 until known.
+  /// getStatus returns the printer's status (hrPrinterStatus, RFC 2790), -1 until known.
   [[nodiscard]] const Integer& getStatus() const noexcept;
 
  private:

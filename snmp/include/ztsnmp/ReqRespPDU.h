@@ -40,13 +40,13 @@ class ZTSNMP_API ReqRespPDU {
   ReqRespPDU& operator=(ReqRespPDU&& other) noexcept;
   ~ReqRespPDU();
 
-  /// getVarBindList answers the first of `getVarBindCount` bindings. It belongs to the PDU and holds until a binding is
+  /// getVarBindList returns the first of `getVarBindCount` bindings. It belongs to the PDU and holds until a binding is
   /// added or deleted or the list is replaced.
   [[nodiscard]] VarBind* getVarBindList() noexcept;
   [[nodiscard]] const VarBind* getVarBindList() const noexcept;
   [[nodiscard]] int getVarBindCount() const noexcept;
 
-  /// getVarBind answers one binding. The index, from 0, is not checked.
+  /// getVarBind returns one binding. The index, from 0, is not checked.
   [[nodiscard]] VarBind& getVarBind(unsigned index) noexcept;
   [[nodiscard]] const VarBind& getVarBind(unsigned index) const noexcept;
 
@@ -65,15 +65,15 @@ class ZTSNMP_API ReqRespPDU {
 
   [[nodiscard]] EnumPDUType getPDUType() const noexcept;
 
-  /// getErrorStatus answers, after an operation, 0 or the agent's error (RFC 1157, section 4.1.1: 1 tooBig,
+  /// getErrorStatus returns, after an operation, 0 or the agent's error (RFC 1157, section 4.1.1: 1 tooBig,
   /// 2 noSuchName, 3 badValue, 4 readOnly, 5 genErr), or -1 when there was no answer that could be read. 0 after a -53
   /// says that the request was too long to be sent, see `SNMPManager::get`.
   [[nodiscard]] int getErrorStatus() const noexcept;
 
-  /// getErrorIndex answers which binding the agent's error is about, counted from 1; 0 or -1 as `getErrorStatus`.
+  /// getErrorIndex returns which binding the agent's error is about, counted from 1; 0 or -1 as `getErrorStatus`.
   [[nodiscard]] int getErrorIndex() const noexcept;
 
-  /// isValid answers 0, or the status of the first thing that makes a manager refuse the PDU.
+  /// isValid returns 0, or the status of the first thing that makes a manager refuse the PDU.
   [[nodiscard]] int isValid() const noexcept;
 
  private:

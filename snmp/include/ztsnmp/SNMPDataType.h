@@ -31,14 +31,14 @@ class ZTSNMP_API SNMPDataType {
  public:
   virtual ~SNMPDataType();
 
-  /// getDataType answers the class of the value, which is also its BER tag.
+  /// getDataType returns the class of the value, which is also its BER tag.
   [[nodiscard]] virtual EnumDataType getDataType() const noexcept = 0;
 
   /// toString renders the content as text, NUL-terminated, owned by the object; never null. Numbers render it into the
   /// object at each call: two threads must not call it for one object at the same time.
   [[nodiscard]] virtual const char* toString() const noexcept = 0;
 
-  /// isValid answers 0 when the content keeps its class's rule, else the negative status of that class.
+  /// isValid returns 0 when the content keeps its class's rule, else the negative status of that class.
   [[nodiscard]] virtual int isValid() const noexcept = 0;
 
  protected:

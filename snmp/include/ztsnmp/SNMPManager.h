@@ -18,7 +18,7 @@ enum EnumDetectionStatType : int {
   DetectionFailed = 3,    ///< it went out to none
 };
 
-/// EnumProtocol is the set of bits that `getAvailableProtocols` answers.
+/// EnumProtocol is the set of bits that `getAvailableProtocols` returns.
 enum EnumProtocol : unsigned long {
   ProtocolNone = 0,
   ProtocolIP = 1,
@@ -86,7 +86,7 @@ class ZTSNMP_API SNMPManager {
   int getNext(ReqRespPDU& pdu, Target& target) noexcept;
   int set(ReqRespPDU& pdu, Target& target) noexcept;
 
-  /// errorToString answers the text of a status, for -124 to 124; the sign does not matter. Above 124 it is empty.
+  /// errorToString returns the text of a status, for -124 to 124; the sign does not matter. Above 124 it is empty.
   /// A status below -124 must not be passed.
   [[nodiscard]] static const char* errorToString(int status) noexcept;
 
@@ -118,7 +118,7 @@ class ZTSNMP_API SNMPManager {
   /// keepAlive needs the trap service as well: -1.
   int keepAlive(ReqRespPDU& pdu, const char* text, unsigned long interval) noexcept;
 
-  /// getAvailableProtocols answers the transports that work on this machine, as bits of EnumProtocol: a transport works
+  /// getAvailableProtocols returns the transports that work on this machine, as bits of EnumProtocol: a transport works
   /// when a probe of a few bytes could be broadcast with it (UDP port 3301).
   [[nodiscard]] unsigned long getAvailableProtocols() noexcept;
 

@@ -23,7 +23,7 @@ enum EnumAddressOrder : int {
 ///   Target target; target.setAgentAddress("printer.example");
 /// or give it addresses outright: `setIPAddress`, `setIPv6Address`, or a constructor. The agent's UDP port is 161.
 ///
-/// A target is a plain value; copies are deep. Setters answer 0 or a negative status and then keep the old value.
+/// A target is a plain value; copies are deep. Setters return 0 or a negative status and then keep the old value.
 class ZTSNMP_API Target {
  public:
   static constexpr int kMaxIPv6Addresses = 10;
@@ -46,7 +46,7 @@ class ZTSNMP_API Target {
   [[nodiscard]] const PhysAddress& getPhysAddress() const noexcept;
   int setPhysAddress(const PhysAddress& address) noexcept;  ///< -11
 
-  /// getIPv6Address answers one of `getIPv6AddressCount` addresses, from index 0; an empty one for any other index.
+  /// getIPv6Address returns one of `getIPv6AddressCount` addresses, from index 0; an empty one for any other index.
   [[nodiscard]] const IPv6Address& getIPv6Address(int index) const noexcept;
   [[nodiscard]] int getIPv6AddressCount() const noexcept;
 
@@ -73,7 +73,7 @@ class ZTSNMP_API Target {
   /// stay: start with a fresh target for another agent.
   int setAgentAddress(const char* text) noexcept;
 
-  /// isAddressResolved answers whether `ResolveAddress` has stored an address for the agent text.
+  /// isAddressResolved returns whether `ResolveAddress` has stored an address for the agent text.
   [[nodiscard]] bool isAddressResolved() const noexcept;
 
   /// ResolveAddress turns the agent text into addresses: a numeric one is stored as it stands, a name is looked up (the
@@ -81,7 +81,7 @@ class ZTSNMP_API Target {
   /// name has no address, -32 when the look-up failed, -1 when nothing usable came back; -52 without an agent text.
   int ResolveAddress() noexcept;
 
-  /// isValid answers 0 when there is at least one valid address and both communities are there, else -23.
+  /// isValid returns 0 when there is at least one valid address and both communities are there, else -23.
   [[nodiscard]] int isValid() const noexcept;
 
   [[nodiscard]] static int isValidIPv4Address(const char* text) noexcept;  ///< 1 or 0, by `IPAddress`

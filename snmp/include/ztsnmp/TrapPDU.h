@@ -24,25 +24,25 @@ class ZTSNMP_API TrapPDU {
 
   [[nodiscard]] const VarBind* getVarBindList() const noexcept;
   [[nodiscard]] int getVarBindCount() const noexcept;
-  /// getVarBind answers one binding. The index, from 0, is not checked.
+  /// getVarBind returns one binding. The index, from 0, is not checked.
   [[nodiscard]] const VarBind& getVarBind(unsigned index) const noexcept;
 
-  /// getEnterprise answers the type of the object that sent the trap.
+  /// getEnterprise returns the type of the object that sent the trap.
   [[nodiscard]] const OID& getEnterprise() const noexcept;
 
-  /// getSourceAddress answers the agent's address as the trap states it ("0.0.0.0" when it states none); an address
+  /// getSourceAddress returns the agent's address as the trap states it ("0.0.0.0" when it states none); an address
   /// that is not valid before anything was decoded.
   [[nodiscard]] const NetworkAddress& getSourceAddress() const noexcept;
 
-  /// getTrapType answers the generic type: 0 coldStart, 1 warmStart, 2 linkDown, 3 linkUp, 4 authenticationFailure,
+  /// getTrapType returns the generic type: 0 coldStart, 1 warmStart, 2 linkDown, 3 linkUp, 4 authenticationFailure,
   /// 5 egpNeighborLoss, 6 enterpriseSpecific (then `getTrapCode` tells more).
   [[nodiscard]] int getTrapType() const noexcept;
   [[nodiscard]] int getTrapCode() const noexcept;
 
-  /// getTrapTime answers the time from the agent's start to the trap.
+  /// getTrapTime returns the time from the agent's start to the trap.
   [[nodiscard]] const TimeTicks& getTrapTime() const noexcept;
 
-  /// isValid answers 0 when the generic type is 0 to 6 and source address, enterprise and time are valid, else -1.
+  /// isValid returns 0 when the generic type is 0 to 6 and source address, enterprise and time are valid, else -1.
   [[nodiscard]] int isValid() const noexcept;
 
  private:

@@ -25,10 +25,10 @@ class ZTSNMP_API VarBind {
   [[nodiscard]] OID& getOID() noexcept;
   int setOID(const OID& name) noexcept;  ///< 0; -1 when memory runs out
 
-  /// hasValue answers whether there is a value at all.
+  /// hasValue returns whether there is a value at all.
   [[nodiscard]] bool hasValue() const noexcept;
 
-  /// getValue answers the value; a `Null` when there is none. The reference holds until the binding's value is
+  /// getValue returns the value; a `Null` when there is none. The reference holds until the binding's value is
   /// replaced, which every request does. `getDataType` tells the class to cast it to:
   ///   if (value.getDataType() == DataTypeInteger) level = static_cast<const Integer&>(value).getValue();
   [[nodiscard]] const SNMPDataType& getValue() const noexcept;
@@ -38,7 +38,7 @@ class ZTSNMP_API VarBind {
   /// memory runs out; the old value stays in both cases.
   int setValue(const SNMPDataType& value) noexcept;
 
-  /// isValid answers 0, or the status of the name or of the value. The value of an `OctetString` may be empty here, but
+  /// isValid returns 0, or the status of the name or of the value. The value of an `OctetString` may be empty here, but
   /// not in a PDU, see `ReqRespPDU`.
   [[nodiscard]] int isValid() const noexcept;
 
