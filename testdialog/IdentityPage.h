@@ -12,10 +12,10 @@ namespace zt {
 
 // Reachability is what became of an attempt to reach a network printer in another way than by SNMP.
 enum class Reachability {
-  Unknown,   // not tried: the printer is none of the network
-  NoName,    // its name leads to no address
-  Silent,    // nothing came back
-  Answers,   // a connection was made, or refused: something is there
+  Unknown,  // not tried: the printer is none of the network
+  NoName,   // its name leads to no address
+  Silent,   // nothing came back
+  Answers,  // a connection was made, or refused: something is there
 };
 
 // Reach tries it; a few seconds at most.
