@@ -7,7 +7,7 @@ cd "$(dirname "$0")/.."
 
 tools/install-packages.sh clang-tidy
 [ -f build/native/compile_commands.json ] || cmake --preset native >/dev/null
-mapfile -t compiled < <(sed -n "s,^ *\"file\": \"$PWD/\(.*\.cpp\)\".*,\1,p" build/native/compile_commands.json | grep -E '^(agent|base|printer|protection|report|server|snmp)/' | sort -u)
+mapfile -t compiled < <(sed -n "s,^ *\"file\": \"$PWD/\(.*\.cpp\)\".*,\1,p" build/native/compile_commands.json | grep -E '^(agent|base|printer|protection|report|server|snmp|testdialog)/' | sort -u)
 
 if [ "${1-}" = --all ] || ! git rev-parse -q --verify "${1:-HEAD~1}^{commit}" >/dev/null; then
   sources=("${compiled[@]}")

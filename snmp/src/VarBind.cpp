@@ -44,6 +44,7 @@ std::unique_ptr<SNMPDataType> copyOf(const SNMPDataType& value) {
 }  // namespace
 
 VarBind::VarBind() noexcept = default;
+// By reference, as programs that were built with the library call it. NOLINTNEXTLINE(modernize-pass-by-value)
 VarBind::VarBind(const OID& name) : name_(name) {}
 VarBind::VarBind(const VarBind& other)
     : name_(other.name_), value_(other.value_ ? copyOf(*other.value_) : nullptr), holdsNull_(other.holdsNull_) {}
