@@ -3,7 +3,6 @@
 import os
 import shutil
 import subprocess
-import unittest
 
 from sim.desktop import Display, Hands
 from sim.paths import BUILD
@@ -17,7 +16,7 @@ POST = "ConnectorSBX.aspx"
 ENGLISH = "Product protection"
 
 
-class SampleTestCase(OfficeTestCase):
+class SampleTest(OfficeTestCase):
     display: Display
 
     @classmethod
@@ -26,7 +25,6 @@ class SampleTestCase(OfficeTestCase):
         shutil.copy(SAMPLE, cls.world.program_folder)
         cls.display = cls.enterClassContext(Display())
         cls.world.extra_environment["DISPLAY"] = cls.display.name
-        cls.world.extra_environment["LC_ALL"] = "C.UTF-8"
         # Without a window manager, Wine would wait two seconds for one at the end of each window.
         cls.set_user_registry(r"Software\\Wine\\X11 Driver", '"Managed"="N"')
 
@@ -55,20 +53,16 @@ class SampleTestCase(OfficeTestCase):
         environment = os.environ | {"DISPLAY": self.display.name}
         return subprocess.run(["xdotool", *words], env=environment, check=True, capture_output=True, text=True).stdout
 
-
-class DialogTest(SampleTestCase):
     def test_languages(self):
         queue = "R&D 100%s – 事務所"  # shown as it is
         self.world.spooler(queue_script(name=queue))
-        german, french = "Produktschutz", "Protection du produit"
         for language, title, printer, text, *buttons in (
             ("EN", ENGLISH, "Printer: ", "Your printer can", "&Agree", "&Disagree", "Disagree, do not &report"),
-            ("de-AT", german, "Drucker: ", "kann sich davor schützen", "A&blehnen", "Ablehnen, nicht &melden"),
-            ("fr_CH", french, "Imprimante : ", "Lorsque la protection du produit est activée, l’", "&Accepter"),
+            ("de-AT", "Produktschutz", "Drucker: ", "kann sich davor schützen", "A&blehnen", "Ablehnen, nicht &melden"),
+            ("fr_CH", "Protection du produit", "Imprimante : ", "Lorsque la protection du produit est activée, l’"),
             ("es", "Protección del producto", "Impresora: ", "tóner vacío", "&Rechazar"),
             ("JA", "製品保護", "プリンター: ", "このプリンターには、空になった", "同意する(&A)", "同意しない(&D)"),
             ("deutsch", ENGLISH, "Printer: ", "Your printer can", "&Agree"),
-            ("", ENGLISH, "Printer: ", "Your printer can", "&Agree"),
         ):
             with self.subTest(language):
                 run = self.world.start("-QName", queue, "-SBXOnly", "-Lang", language)
@@ -84,19 +78,15 @@ class DialogTest(SampleTestCase):
         for button, keys, answer in (
             ("Disagree", [], 2),
             ("Disagree, do not report", [], 3),
-            ("cross", [], 3),
             (None, ["alt+a"], 1),
-            (None, ["Escape"], 3),
             # Neither what is typed when the window comes up, nor Enter, agrees to anything.
             (None, ["a", "d", "space", "Down", "Return"], 3),
-            (None, ["Tab", "space"], 1),
+            (None, ["Escape"], 3),
             (None, ["shift+Tab", "shift+Tab", "Return"], 2),
         ):
             with self.subTest(button, keys=keys):
                 run = self.ask()
-                if button == "cross":
-                    self.hands.close(ENGLISH)
-                elif button:
+                if button:
                     self.hands.press(ENGLISH, button)
                 else:
                     self.xdotool("search", "--sync", "--name", ENGLISH, "windowfocus")
@@ -106,8 +96,6 @@ class DialogTest(SampleTestCase):
                 posted = POST in [request.page for request in self.server.requests]
                 self.assertEqual((bool(self.world.raw_jobs), posted), (answer != 1, answer == 2))
 
-
-class DensityTest(SampleTestCase):
     def size(self) -> tuple[int, int]:
         run = self.ask()
         lines = self.xdotool("search", "--sync", "--name", ENGLISH, "getwindowgeometry", "--shell").splitlines()
@@ -116,14 +104,9 @@ class DensityTest(SampleTestCase):
         self.finish(run)
         return int(values["WIDTH"]), int(values["HEIGHT"])
 
-    def test_grows_with_the_scaling(self):
+    def test_size_grows_with_the_scaling(self):
         usual = self.size()
         self.set_user_registry(r"Control Panel\\Desktop", '"LogPixels"=dword:%08x' % 192)
-        doubled = self.size()
-        for before, after in zip(usual, doubled):
+        for before, after in zip(usual, self.size()):
             # Not exactly twice: the system's fonts come in steps.
             self.assertAlmostEqual(after / before, 2, delta=0.25)
-
-
-if __name__ == "__main__":
-    unittest.main()
