@@ -6,8 +6,8 @@ Start the tests of a file through sim/bin/in-namespace, in the repository's fold
     sim/bin/in-namespace python3 -m unittest -v tests.e2e.test_entry
 """
 
-import subprocess
 import unittest
+from configparser import RawConfigParser
 from pathlib import Path
 
 from sim.hostile import HostileAgent
@@ -18,7 +18,6 @@ from sim.queues import QUEUE, queue_script
 from sim.report_server import ReportServer
 from sim.world import FLAGS, Result, Run, World
 
-HERE = Path(__file__).resolve().parent
 SERVER_PORT = 8080
 SERVER_URL = f"http://127.0.0.1:{SERVER_PORT}/web/"
 SENT = "4 send sucessfully..."
@@ -26,7 +25,7 @@ SENT = "4 send sucessfully..."
 
 def golden(name: str) -> str:
     """A document as it must be posted."""
-    return (HERE / "golden" / f"{name}.xml").read_text(encoding="utf-8")
+    return Path(__file__).with_name("golden").joinpath(f"{name}.xml").read_text(encoding="utf-8")
 
 
 def history(**keys: str) -> str:
@@ -46,8 +45,8 @@ class OfficeTestCase(unittest.TestCase):
         cls.world.extra_environment["LC_ALL"] = "C.UTF-8"
         cls.addClassCleanup(cls.world.__exit__, None, None, None)
         cls.world.log_to(4)
-        cls.world.flags(URL=SERVER_URL)
         cls._flags = {"URL": SERVER_URL}
+        cls.world.flags(**cls._flags)
 
     def setUp(self) -> None:
         self.world.spooler(queue_script())
@@ -57,8 +56,8 @@ class OfficeTestCase(unittest.TestCase):
     # What surrounds the agent
 
     def set_flags(self, **flags: object) -> None:
-        """Gives the agent these program flags and no others; the URL stays unless it is given, None takes it away."""
-        flags = {name: value for name, value in ({"URL": SERVER_URL} | flags).items() if value is not None}
+        """Gives the agent these program flags and no others; the URL stays unless it is given."""
+        flags = {"URL": SERVER_URL} | flags
         if flags != type(self)._flags:
             self.set_registry(FLAGS, flags)
             type(self)._flags = flags
@@ -69,20 +68,11 @@ class OfficeTestCase(unittest.TestCase):
         lines += [f'"{name}"={reg_text(value)}' for name, value in values.items()]
         text = "\r\n".join(["Windows Registry Editor Version 5.00", "", *lines, ""])
         (self.world.prefix.drive / "values.reg").write_text(text, encoding="utf-16")
-        self.wine("reg", "import", r"C:\values.reg")
+        self.run_of_windows("reg", "import", r"C:\values.reg")
 
-    def wine(self, *command: str) -> None:
+    def run_of_windows(self, program: str, *arguments: str) -> Result:
         """Runs a program of Windows' own."""
-        # Were it the first one, all that it started would end three seconds after it, and fail whoever comes just then.
-        self.world.start_windows()
-        subprocess.run(
-            ["wine", *command],
-            env=self.world.environment() | {"WINEDEBUG": "-all"},
-            stdin=subprocess.DEVNULL,
-            stdout=subprocess.DEVNULL,
-            stderr=subprocess.DEVNULL,
-            check=True,
-        )
+        return self.world.run(*arguments, program=rf"..\windows\system32\{program}.exe")
 
     def forget(self) -> None:
         """Takes the settings file away, and with it the agent's history."""
@@ -102,20 +92,21 @@ class OfficeTestCase(unittest.TestCase):
 
     # Runs
 
-    def run_agent(self, *arguments: str) -> Result:
+    def run_agent(self, *arguments: str, queue: str = QUEUE) -> Result:
         """Starts the agent for the queue and checks what holds for every run."""
-        return self.finish(self.start_agent(*arguments))
+        return self.finish(self.start_agent(*arguments, queue=queue))
 
-    def start_agent(self, *arguments: str) -> Run:
-        return self.world.start("-QName", QUEUE, *arguments)
+    def start_agent(self, *arguments: str, queue: str = QUEUE) -> Run:
+        return self.start("-QName", queue, *arguments)
 
-    def finish(self, run: Run, timeout: float = 60) -> Result:
+    def start(self, *arguments: str, program: str = "ZT.exe") -> Run:
+        run = self.world.start(*arguments, program=program)
+        self.addCleanup(run.stop)  # else one that hangs would be the other instance of all later runs
+        return run
+
+    def finish(self, run: Run) -> Result:
         """Waits for the end of a run: exit code 0, no crash, and no handle left in the spooler."""
-        try:
-            result = run.wait(timeout)
-        except subprocess.TimeoutExpired:
-            run.stop()  # else it would be the other instance of all later runs
-            raise
+        result = run.wait()
         self.assertEqual(result.exit_code, 0, result.stderr)
         self.assertEqual(set(self.world.spooler_handles_left) - {0}, set())
         return result
@@ -123,15 +114,11 @@ class OfficeTestCase(unittest.TestCase):
     # What a run leaves behind
 
     def settings(self) -> dict[str, dict[str, str]]:
-        """ZT.ini as sections of keys; its text must be of the form that the agent writes."""
-        sections: dict[str, dict[str, str]] = {}
-        for line in self.world.settings.split("\r\n")[:-1]:
-            if line.startswith("["):
-                section = sections.setdefault(line.strip("[]"), {})
-            else:
-                key, _, value = line.partition("=")
-                section[key] = value
-        return sections
+        """ZT.ini as sections of keys."""
+        parser = RawConfigParser(delimiters="=")
+        parser.optionxform = str  # keys as they are spelled
+        parser.read_string(self.world.settings)
+        return {name: dict(parser[name]) for name in parser.sections()}
 
     def assert_recorded(self, **keys: str | None) -> None:
         """The history holds these keys and no others. None stands for a time of this test: within the last minutes."""

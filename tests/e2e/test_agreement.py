@@ -65,7 +65,7 @@ class SampleTest(OfficeTestCase):
             ("deutsch", ENGLISH, "Printer: ", "Your printer can", "&Agree"),
         ):
             with self.subTest(language):
-                run = self.world.start("-QName", queue, "-SBXOnly", "-Lang", language)
+                run = self.start_agent("-SBXOnly", "-Lang", language, queue=queue)
                 shown = self.hands.wait(title)
                 for control in (printer + queue, *buttons):
                     self.assertIn(f'"{control}"', shown)

@@ -26,7 +26,7 @@ class EntryTest(OfficeTestCase):
             (["-Enable", "-Driver", "-ShowTest", "-QName", "Elsewhere", "/QNAME", QUEUE], [disabled]),
         ):
             with self.subTest(arguments=arguments):
-                result = self.finish(self.world.start(*arguments))
+                result = self.finish(self.start(*arguments))
                 first = result.log[0]
                 self.assertEqual((first.module, first.severity), ("TOVAgent", 4))
                 for argument in arguments:
@@ -71,7 +71,7 @@ class EntryTest(OfficeTestCase):
         folder = self.world.prefix.drive.joinpath(*["deep" * 10] * 7)
         shutil.copytree(self.world.program_folder, folder)
         program = "..\\" + str((folder / "ZT.exe").relative_to(self.world.prefix.drive)).replace("/", "\\")
-        result = self.finish(self.world.start("-QName", QUEUE, program=program))
+        result = self.finish(self.start("-QName", QUEUE, program=program))
         self.assert_ends_with(result, "4 not enough permission! bye~ ", marker=False)
         self.assertFalse(self.world.settings_file.exists())
 
@@ -102,7 +102,7 @@ class EntryTest(OfficeTestCase):
         gate.wait_for_visitor()
         # Whatever the queue, the others leave at once. They write to the log that the first one will go on with.
         self.world.spooler(queue_script() + queue_script("Other"))
-        second = self.finish(self.world.start("-QName", "Other"))
+        second = self.run_agent(queue="Other")
         self.assert_ends_with(second, "3 zolt data collecting already running.. bye~", marker=False)
         self.assertEqual(self.world.settings, before)  # until the end of a run, however it comes
         gate.open()

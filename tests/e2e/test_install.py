@@ -20,7 +20,7 @@ class InstallTest(OfficeTestCase):
         copy = self.world.program_folder / program
         if not copy.exists():
             copy.write_bytes((self.world.program_folder / "ZT.exe").read_bytes())
-        return self.finish(self.world.start(switch, program=program))
+        return self.finish(self.start(switch, program=program))
 
     def assert_not_deleted(self) -> None:
         result = self.install("-UnInstall")
@@ -29,7 +29,7 @@ class InstallTest(OfficeTestCase):
 
     def access_list(self, path: str) -> list[str]:
         self.world.install(ACCESS)
-        self.wine("cmd", "/c", rf"C:\agent\{ACCESS.name} {path} >C:\access.txt")
+        self.run_of_windows("cmd", "/c", rf"C:\agent\{ACCESS.name} {path} >C:\access.txt")
         return (self.world.prefix.drive / "access.txt").read_text().splitlines()
 
     def test_every_user_may_write_the_settings_file(self):

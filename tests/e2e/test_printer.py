@@ -1,5 +1,6 @@
-"""Ports and the ways from them to a printer; printers that answer wrongly, or not at all: a clean end within bounded
-time, its line, and the history kept. What becomes of each value that is missing or odd is tested where it is read."""
+"""TCP/IP ports and the ways from them to a printer; printers that answer wrongly, or not at all: a clean end within
+bounded time, its line, and the history kept. A demo takes the way over a WSD port. What becomes of each value that is
+missing or odd is tested where it is read."""
 
 import os
 import socket
@@ -9,7 +10,7 @@ from pathlib import Path
 
 from sim import answers
 from sim import misbehaviour as rule
-from sim.paths import PRINTERS, WINDOWS
+from sim.paths import PRINTERS
 from sim.queues import queue_script
 
 from .office import SENT, OfficeTestCase, golden, history
@@ -29,27 +30,17 @@ class PrinterTest(OfficeTestCase):
         """The histories of the others stay, whatever happens."""
         self.world.settings = history(**OLD)
 
-    def assert_report_from(self, name: str, **listening: str) -> None:
-        """A run that finds the printer of that name, and posts its report."""
-        with self.scripted_printer(**listening):
-            result = self.run_agent()
+    def assert_report_from(self, name: str, port: str = "", **listening: str) -> None:
+        """A run that finds the printer at a port that leads to that name, and posts its report."""
+        self.world.spooler(queue_script(address="", more_of_port=f"host = {name}\n{port}"))
+        self.scripted_printer(**listening)
+        result = self.run_agent()
         self.assertIn("4 collecting from " + name, result.log_texts)
         self.assert_ends_with(result, SENT)
         self.assertEqual(self.server.requests[-1].fields["data"], golden("colour"))
 
-    def test_tcpip_port(self):
-        community = {"community": "private key"}
-        self.world.spooler(queue_script(address="", more_of_port="host = printer.example\ncommunity = private key"))
-        self.assert_report_from("printer.example", **community)
-
-    def test_wsd_port(self):
-        device = "DeviceID = UMB\\UMB\\1&2b6e1c5a&0&0002\nPnPXID = urn:uuid:1"
-        self.world.spooler(queue_script(port="WSD-1", monitor="WSD Port", address=None, more_of_port=device))
-        dll = WINDOWS / "function-discovery" / "function-discovery.dll"
-        self.world.install(dll)
-        (self.world.program_folder / "function-discovery.ini").write_text("urn:uuid:1 = string printer.example\n")
-        self.wine("regsvr32", "/s", rf"C:\agent\{dll.name}")
-        self.assert_report_from("printer.example")
+    def test_name_and_community(self):
+        self.assert_report_from("printer.example", "community = private key", community="private key")
 
     def test_ipv6(self):
         if os.environ.get("ZT_WORLD") == "loopback":
@@ -66,7 +57,6 @@ class PrinterTest(OfficeTestCase):
             before = file.read_text(encoding="ascii")
             file.write_text(f"{before}\n{line}\n", encoding="ascii")
             self.addCleanup(file.write_text, before, encoding="ascii")
-        self.world.spooler(queue_script(address="", more_of_port="host = printer6.example"))
         self.assert_report_from("printer6.example", address="::")
 
     def test_printer_that_is_switched_off(self):

@@ -68,7 +68,7 @@ class ReportTest(OfficeTestCase):
         server = self.report_server()
         name = "Büro “2. Stock” 100% %s%n"
         self.world.spooler(queue_script(name, "Meridian Print Driver v4 PS", jobs="2 0 1 0"))
-        result = self.finish(self.world.start("-QName", name))
+        result = self.run_agent(queue=name)
         self.assert_ends_with(result, SENT)
         universal = golden("colour").replace("<Count>", "<SourceType>RQD</SourceType>\n<Count>")
         self.assertEqual(server.requests[-1].fields["data"], universal)
@@ -79,7 +79,7 @@ class ReportTest(OfficeTestCase):
         # In the trace log a name is in the system's code page; what that cannot hold becomes "?".
         name = "“事務所” %s"
         self.world.spooler(queue_script(name, more_of_queue="attributes = 0x10"))  # of another computer
-        result = self.finish(self.world.start("-QName", name))
+        result = self.run_agent(queue=name)
         self.assert_ends_with(result, "3 not supported Environment! bye~“???” %s", marker=False)
 
     def test_what_is_shown_is_what_is_posted(self):

@@ -1,7 +1,5 @@
 """The report server's word, and everything that may go wrong between it and the agent."""
 
-import gzip
-
 from sim import answers
 from sim.prefix import REG_BINARY
 
@@ -17,7 +15,6 @@ GOOD = answers.check_date().body
 LONGEST = GOOD.ljust(1024 * 1024)
 
 NO_ANSWERS = {
-    "server error": answers.Answer(GOOD, 500),
     "no content": answers.Answer(status=204),
     "a part": answers.Answer(GOOD, 206),
     "login wanted": answers.Answer(b"", 401, {"WWW-Authenticate": 'Basic realm="x"'}),
@@ -27,7 +24,6 @@ NO_ANSWERS = {
     "no HTTP": answers.raw(b"\0\1\2\3 garbage\r\n\r\n<root><Result>SUCCESS</Result>"),
     "endless status line": answers.raw(b"HTTP/1.1 " + b"2" * 100000 + b"\r\n\r\n"),
     "wrong chunks": answers.Answer([b"ZZZ\r\n<root></root>\r\n"], headers={"Transfer-Encoding": "chunked"}),
-    "compressed": answers.Answer(gzip.compress(GOOD.encode())),
     "too long": answers.Answer(LONGEST + " "),
 }
 
