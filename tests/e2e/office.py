@@ -126,7 +126,6 @@ class OfficeTestCase(unittest.TestCase):
         self.assertEqual(set(recorded), set(keys))
         for key, value in keys.items():
             if value is None:
-                self.assertRegex(recorded[key], r"^\d{4}-\d\d-\d\d \d\d:\d\d:\d\d$")
                 self.assertLessEqual(self.world.time_text(days_ago=5 / 1440), recorded[key])
                 self.assertLessEqual(recorded[key], self.world.time_text())
             else:

@@ -67,7 +67,6 @@ class PrinterTest(OfficeTestCase):
                 result = self.run_agent()
                 self.assert_ends_with(result, "4 failed to initialize printer", "3 not valid IO. bye~")
                 self.assertGreaterEqual(result.seconds, seconds)
-                self.assertLess(result.seconds, 30)
                 self.assert_recorded(**OLD, **{"LastCollectFailedTime_" + address: None})
 
     def test_serial_number_of_any_bytes(self):

@@ -67,7 +67,6 @@ class ServerTest(OfficeTestCase):
             ("http://absent.example/", NOT_POSTED),
             ("ftp://127.0.0.1/web/", NOT_POSTED),
             (SERVER_URL + "\r\nX-Forged: 1\r\n", NOT_CONNECTED),
-            ("", NOT_CONNECTED),
             ("x" * 100000, NOT_CONNECTED),
         ):
             with self.subTest(url[:50]):
@@ -83,23 +82,14 @@ class ServerTest(OfficeTestCase):
         result = self.run_agent()
         self.assert_ends_with(result, SENT)
         # Wine then trusts the server until the process ends.
-        self.assertEqual(
-            [text for text in result.debug if text.startswith("[KVF]")],
-            ["[KVF] dwErr : 12045", "[KVF] nStatusCode : 200", "[KVF] nStatusCode : 200"],
-        )
+        told = [text for text in result.debug if text.startswith("[KVF]")]
+        self.assertEqual(told, ["[KVF] dwErr : 12045"] + ["[KVF] nStatusCode : 200"] * 2)
         self.assertEqual([request.path for request in server.requests], ["/web/CheckDate.aspx", "/web/Connector.aspx"])
         self.assertEqual(server.requests[0].headers["Host"], "report.velnora.example")
 
     def test_address_in_the_registry_is_used_as_it_stands(self):
         server = self.report_server()
-        base = f"http://127.0.0.1:{server.port}/"
-        for url, path in (
-            (base + "web?page=", "/web?page=CheckDate.aspx"),
-            (base + "x" * 200, "/" + "x" * (104 - len(base))),  # 104 characters count
-        ):
-            with self.subTest(url):
-                server.requests.clear()
-                self.set_flags(VirtualTest=1, URL=url)
-                self.run_agent()
-                self.assertEqual(server.requests[0].path, path)
-                self.forget()
+        url = f"{SERVER_URL}?page=" + "x" * 100
+        self.set_flags(VirtualTest=1, URL=url)
+        self.run_agent()
+        self.assertEqual("http://127.0.0.1:8080" + server.requests[0].path, url[:104])  # 104 characters count
