@@ -68,7 +68,7 @@ class OfficeTestCase(unittest.TestCase):
         lines += [f'"{name}"={reg_text(value)}' for name, value in values.items()]
         text = "\r\n".join(["Windows Registry Editor Version 5.00", "", *lines, ""])
         (self.world.prefix.drive / "values.reg").write_text(text, encoding="utf-16")
-        self.run_of_windows("reg", "import", r"C:\values.reg")
+        self.assertEqual(self.run_of_windows("reg", "import", r"C:\values.reg").exit_code, 0)
 
     def run_of_windows(self, program: str, *arguments: str) -> Result:
         """Runs a program of Windows' own."""
