@@ -6,9 +6,8 @@ Start the tests of a file through sim/bin/in-namespace, in the repository's fold
     sim/bin/in-namespace python3 -m unittest -v tests.e2e.test_entry
 """
 
-import os
-import subprocess
 import unittest
+from configparser import RawConfigParser
 from pathlib import Path
 
 from sim.hostile import HostileAgent
@@ -17,17 +16,16 @@ from sim.paths import PRINTERS
 from sim.prefix import reg_text
 from sim.queues import QUEUE, queue_script
 from sim.report_server import ReportServer
-from sim.snmp_agent import start_agent
 from sim.world import FLAGS, Result, Run, World
 
-HERE = Path(__file__).resolve().parent
 SERVER_PORT = 8080
 SERVER_URL = f"http://127.0.0.1:{SERVER_PORT}/web/"
+SENT = "4 send sucessfully..."
 
 
 def golden(name: str) -> str:
     """A document as it must be posted."""
-    return (HERE / "golden" / f"{name}.xml").read_text(encoding="utf-8")
+    return Path(__file__).with_name("golden").joinpath(f"{name}.xml").read_text(encoding="utf-8")
 
 
 def history(**keys: str) -> str:
@@ -35,27 +33,20 @@ def history(**keys: str) -> str:
     return "[History]\r\n" + "".join(f"{key}={value}\r\n" for key, value in keys.items())
 
 
-def skip_without_own_network(name: str, reason: str) -> None:
-    """Skips what needs more than a loopback, where no network of its own is to be had; ./test.sh lists what was
-    skipped."""
-    if os.environ.get("ZT_WORLD") == "loopback":
-        print(f"SKIPPED HERE: {name}: {reason}", flush=True)
-        raise unittest.SkipTest(reason)
-
-
 class OfficeTestCase(unittest.TestCase):
-    """Tests in one Windows. Each begins with the usual queue, the trace log at level 4, no program flag but the report
-    server's URL, and without a settings file."""
+    """Tests in one Windows, nine hours east of Greenwich. Each begins with the usual queue, the trace log at level 4,
+    no program flag but the report server's URL, and without a settings file."""
 
     world: World
 
     @classmethod
     def setUpClass(cls) -> None:
-        cls.world = World()
+        cls.world = World(time_zone="JST-9")
+        cls.world.extra_environment["LC_ALL"] = "C.UTF-8"
         cls.addClassCleanup(cls.world.__exit__, None, None, None)
         cls.world.log_to(4)
-        cls.world.flags(URL=SERVER_URL)
         cls._flags = {"URL": SERVER_URL}
+        cls.world.flags(**cls._flags)
 
     def setUp(self) -> None:
         self.world.spooler(queue_script())
@@ -65,8 +56,8 @@ class OfficeTestCase(unittest.TestCase):
     # What surrounds the agent
 
     def set_flags(self, **flags: object) -> None:
-        """Gives the agent these program flags and no others; the URL stays unless it is given, None takes it away."""
-        flags = {name: value for name, value in ({"URL": SERVER_URL} | flags).items() if value is not None}
+        """Gives the agent these program flags and no others; the URL stays unless it is given."""
+        flags = {"URL": SERVER_URL} | flags
         if flags != type(self)._flags:
             self.set_registry(FLAGS, flags)
             type(self)._flags = flags
@@ -77,28 +68,15 @@ class OfficeTestCase(unittest.TestCase):
         lines += [f'"{name}"={reg_text(value)}' for name, value in values.items()]
         text = "\r\n".join(["Windows Registry Editor Version 5.00", "", *lines, ""])
         (self.world.prefix.drive / "values.reg").write_text(text, encoding="utf-16")
-        self.wine("reg", "import", r"C:\values.reg")
+        self.assertEqual(self.run_of_windows("reg", "import", r"C:\values.reg").exit_code, 0)
 
-    def wine(self, *command: str) -> None:
+    def run_of_windows(self, program: str, *arguments: str) -> Result:
         """Runs a program of Windows' own."""
-        # Were it the first one, all that it started would end three seconds after it, and fail whoever comes just then.
-        self.world.start_windows()
-        subprocess.run(
-            ["wine", *command],
-            env=self.world.environment() | {"WINEDEBUG": "-all"},
-            stdin=subprocess.DEVNULL,
-            stdout=subprocess.DEVNULL,
-            stderr=subprocess.DEVNULL,
-            check=True,
-        )
+        return self.world.run(*arguments, program=rf"..\windows\system32\{program}.exe")
 
     def forget(self) -> None:
         """Takes the settings file away, and with it the agent's history."""
         self.world.settings_file.unlink(missing_ok=True)
-
-    def snmp_printer(self, model: str = "colour", **options: object):
-        """A printer with a real SNMP agent, until the end of the test."""
-        return self.enterContext(start_agent(PRINTERS / f"{model}.mib", **options))
 
     def scripted_printer(self, model: str = "colour", **options: object) -> HostileAgent:
         """A printer that can misbehave, until the end of the test."""
@@ -114,20 +92,21 @@ class OfficeTestCase(unittest.TestCase):
 
     # Runs
 
-    def run_agent(self, *arguments: str) -> Result:
+    def run_agent(self, *arguments: str, queue: str = QUEUE) -> Result:
         """Starts the agent for the queue and checks what holds for every run."""
-        return self.finish(self.start_agent(*arguments))
+        return self.finish(self.start_agent(*arguments, queue=queue))
 
-    def start_agent(self, *arguments: str) -> Run:
-        return self.world.start("-QName", QUEUE, *arguments)
+    def start_agent(self, *arguments: str, queue: str = QUEUE) -> Run:
+        return self.start("-QName", queue, *arguments)
 
-    def finish(self, run: Run, timeout: float = 60) -> Result:
+    def start(self, *arguments: str, program: str = "ZT.exe") -> Run:
+        run = self.world.start(*arguments, program=program)
+        self.addCleanup(run.stop)  # else one that hangs would be the other instance of all later runs
+        return run
+
+    def finish(self, run: Run) -> Result:
         """Waits for the end of a run: exit code 0, no crash, and no handle left in the spooler."""
-        try:
-            result = run.wait(timeout)
-        except subprocess.TimeoutExpired:
-            run.stop()  # else it would be the other instance of all later runs
-            raise
+        result = run.wait()
         self.assertEqual(result.exit_code, 0, result.stderr)
         self.assertEqual(set(self.world.spooler_handles_left) - {0}, set())
         return result
@@ -135,15 +114,11 @@ class OfficeTestCase(unittest.TestCase):
     # What a run leaves behind
 
     def settings(self) -> dict[str, dict[str, str]]:
-        """ZT.ini as sections of keys; its text must be of the form that the agent writes."""
-        sections: dict[str, dict[str, str]] = {}
-        for line in self.world.settings.split("\r\n")[:-1]:
-            if line.startswith("["):
-                section = sections.setdefault(line.strip("[]"), {})
-            else:
-                key, _, value = line.partition("=")
-                section[key] = value
-        return sections
+        """ZT.ini as sections of keys."""
+        parser = RawConfigParser(delimiters="=")
+        parser.optionxform = str  # keys as they are spelled
+        parser.read_string(self.world.settings)
+        return {name: dict(parser[name]) for name in parser.sections()}
 
     def assert_recorded(self, **keys: str | None) -> None:
         """The history holds these keys and no others. None stands for a time of this test: within the last minutes."""
@@ -151,14 +126,10 @@ class OfficeTestCase(unittest.TestCase):
         self.assertEqual(set(recorded), set(keys))
         for key, value in keys.items():
             if value is None:
-                self.assert_is_recent(recorded[key])
+                self.assertLessEqual(self.world.time_text(days_ago=5 / 1440), recorded[key])
+                self.assertLessEqual(recorded[key], self.world.time_text())
             else:
                 self.assertEqual(recorded[key], value)
-
-    def assert_is_recent(self, text: str) -> None:
-        self.assertRegex(text, r"^\d{4}-\d\d-\d\d \d\d:\d\d:\d\d$")
-        self.assertLessEqual(self.world.time_text(days_ago=5 / 1440), text)
-        self.assertLessEqual(text, self.world.time_text())
 
     def assert_ends_with(self, result: Result, *texts: str, marker: bool = True) -> None:
         """The last lines of the run's trace log, as severity and message, and whether the end marker was written."""
