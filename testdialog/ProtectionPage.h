@@ -10,8 +10,8 @@
 namespace zt {
 
 struct ProtectionFacts {
-  std::vector<Row> rows;  // state, toner life, change count, limit, countries, durations
-  std::wstring verdict;   // what a run would ask or do now, and why
+  std::vector<Row> rows;    // state, toner life, change count, limit, countries, durations
+  std::wstring verdict;     // what a run would ask or do now, and why
   bool switchable = false;  // ON and OFF make sense
 };
 

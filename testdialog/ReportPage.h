@@ -37,8 +37,8 @@ struct Span {
 // Report is a report exactly as a run would post it.
 struct Report {
   bool collected = false;
-  std::string bytes;     // what is posted
-  std::wstring shown;    // the same as text, with "\n" as line end
+  std::string bytes;   // what is posted
+  std::wstring shown;  // the same as text, with "\n" as line end
   std::vector<Finding> findings;
   std::vector<Span> spans;
   std::wstring problem;  // why it could not be collected
