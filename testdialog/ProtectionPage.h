@@ -4,8 +4,8 @@
 #include <vector>
 
 #include "IZOLTDataProvider.h"
-#include "IZOLTSkipChecker.h"
 #include "Row.h"
+#include "ZOLTSkipChecker.h"
 
 namespace zt {
 
@@ -17,6 +17,6 @@ struct ProtectionFacts {
 
 // ReadProtection reads state and toner life of a printer that was initialised and says, by the rules of the run, what
 // it would ask the user now. It records nothing.
-ProtectionFacts ReadProtection(IZOLTDataProvider& provider, IZOLTSkipChecker& skipChecker);
+ProtectionFacts ReadProtection(IZOLTDataProvider& provider, ZOLTSkipChecker& skipChecker);
 
 }  // namespace zt
