@@ -13,6 +13,9 @@ class ZOLTInstanceHandler {
 
   bool AlreadyRunning() const { return creationError_ == ERROR_ALREADY_EXISTS; }
 
+  // Release takes the sign away, for a start that is no run of the agent and may stay for hours.
+  void Release() { mutex_.Reset(); }
+
   // WaitForPrevious waits while another instance is running: one second for each of `attempts`. Since the state is not
   // looked at again, on purpose, it always waits all of them or not at all. Answers whether there was nothing to wait
   // for.
@@ -24,6 +27,6 @@ class ZOLTInstanceHandler {
 };
 
 // instanceHandler is made before the program's entry runs and lives as long as the process.
-extern const ZOLTInstanceHandler instanceHandler;
+extern ZOLTInstanceHandler instanceHandler;
 
 }  // namespace zt

@@ -4,7 +4,7 @@
 
 namespace zt {
 
-const ZOLTInstanceHandler instanceHandler;
+ZOLTInstanceHandler instanceHandler;
 
 ZOLTInstanceHandler::ZOLTInstanceHandler()
     : mutex_(CreateMutexW(nullptr, FALSE, L"Global\\{758F66C0-4B4C-4c4a-81F9-D289C5CCE8E5}")),

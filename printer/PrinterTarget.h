@@ -12,6 +12,7 @@ struct PrinterTarget {
   PortKind kind = PortKind::None;
   std::wstring address;    // host name or network address; device path of a USB printer
   std::wstring community;  // SNMP community of a TCP/IP port; empty for "public"
+  std::wstring port{};     // the name of the queue's port; empty where no queue leads there
   bool operator==(const PrinterTarget&) const = default;
 };
 

@@ -9,7 +9,7 @@
 
 namespace zt {
 QueueServices LocalQueueServices() {
-  return {.createPrinter = CreatePrinterForQueue,
+  return {.createPrinter = [](const std::wstring& queueName) { return CreatePrinterForQueue(queueName); },
           .countJobs = CountQueueJobs,
           .sendRawJob = SendRawToQueue,
           .readHostVersion = [] { return ReadHostVersion(ProgramPath()); },

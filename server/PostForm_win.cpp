@@ -6,11 +6,11 @@ namespace zt {
 
 FormReply PostFormOverHttp(const std::string& url, std::string_view body) {
   HttpConnection connection;
-  if (!connection.Open("POST", url)) return {FormDelivery::NotConnected, {}};
+  if (!connection.Open("POST", url)) return {};
   connection.AddHeader("Content-Type", "application/x-www-form-urlencoded");
   FormReply reply;
-  std::uint32_t status = 0;
-  reply.delivery = connection.Send(body, reply.answer, status) ? FormDelivery::Answered : FormDelivery::NotSent;
+  reply.delivery = connection.Send(body, reply.answer, reply.status) ? FormDelivery::Answered : FormDelivery::NotSent;
+  reply.error = connection.LastError();
   return reply;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -9,6 +10,9 @@
 #include "Trace.h"
 
 namespace zt {
+
+// TraceListener hears a trace line as the log would hold it, without its line end, on the thread that writes it.
+using TraceListener = std::function<void(Severity severity, const std::string& line)>;
 
 // Logger writes trace lines to the text file that an administrator names in the registry. Until a configuration is
 // found it is off and costs nothing. Every failure is silent: lines are lost, or rotation waits for a later flush.
@@ -28,7 +32,11 @@ class Logger {
   // output. To be called at most once.
   void Start(const std::wstring& component);
 
-  // Write queues one line. With more than 10 lines queued it flushes.
+  // Listen makes the listener hear every line, whatever the level of the file, which gets no more lines for it; null
+  // ends that. Lines must not be written meanwhile.
+  void Listen(TraceListener listener);
+
+  // Write queues one line, if it is of the file's level. With more than 10 lines queued it flushes.
   void Write(Severity severity, std::string_view source, int line, std::string_view message);
 
   // Flush rotates the file when it has grown beyond 1 MiB, then appends every queued line. A file that is new or cannot
@@ -41,6 +49,8 @@ class Logger {
   void RotateWhenLarge() const;
 
   bool enabled_ = false;
+  unsigned level_ = 0;  // of the file
+  TraceListener listener_;
   std::wstring path_;
   std::vector<std::string> pending_;
   CRITICAL_SECTION guard_ = {};  // of the queue, the file and the rotation; initialised when enabled

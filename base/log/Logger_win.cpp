@@ -1,5 +1,8 @@
 #include "Logger.h"
 
+#include <algorithm>
+#include <utility>
+
 #include "AccessList.h"
 #include "LogLine.h"
 #include "RegistryKey.h"
@@ -64,16 +67,25 @@ void Logger::Start(const std::wstring& component) {
   WriteDebug(path_);
   InitializeCriticalSectionAndSpinCount(&guard_, kSpinCount);
   enabled_ = true;
-  traceLevel = *level;
+  level_ = *level;
+  traceLevel = level_;
+}
+
+void Logger::Listen(TraceListener listener) {
+  listener_ = std::move(listener);
+  traceLevel = listener_ ? std::max(level_, static_cast<unsigned>(Severity::Information)) : level_;
 }
 
 void Logger::Write(Severity severity, std::string_view source, int line, std::string_view message) {
-  if (!enabled_) return;
-  const std::string body = LogBody(severity, source, line, message);
+  if (!enabled_ && !listener_) return;
+  const std::string text =
+      LogPrefix(CurrentMoment(), GetCurrentThreadId()) + "\t" + LogBody(severity, source, line, message);
+  if (listener_) listener_(severity, text);
+  if (level_ < static_cast<unsigned>(severity)) return;
   bool full = false;
   {
     const CriticalSectionLock lock(guard_);
-    pending_.push_back(LogPrefix(CurrentMoment(), GetCurrentThreadId()) + "\t" + body + "\r\n");
+    pending_.push_back(text + "\r\n");
     full = pending_.size() > kLinesHeldBack;
   }
   if (full) Flush();

@@ -65,6 +65,13 @@ bool IsColor(const SupplyEntry& entry) { return entry.kind != SupplyKind::Black;
 KVFPrinterNetwork::KVFPrinterNetwork(std::wstring address, FetchDocument fetch)
     : address_(std::move(address)), fetch_(std::move(fetch)) {}
 
+void KVFPrinterNetwork::SetGate(ExchangeGate gate) {
+  fetch_ = [gate, fetch = std::move(fetch_)](const std::string& url, std::string& document) {
+    return IsOpen(gate) && fetch(url, document);
+  };
+  snmp_.SetGate(std::move(gate));
+}
+
 HResult KVFPrinterNetwork::Open() {
   std::string text;
   if (!snmp_.Initialize(ToNarrow(address_))) return HResult::Fail;

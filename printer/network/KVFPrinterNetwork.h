@@ -26,6 +26,9 @@ class KVFPrinterNetwork : public KVFPrinter {
   // SetReadCommunity takes the SNMP community of the port; false, "public" stays, for one that SNMP can't use.
   bool SetReadCommunity(const std::string& community) { return snmp_.SetReadCommunity(community); }
 
+  // SetGate sets what is asked before each exchange with the printer.
+  void SetGate(ExchangeGate gate);
+
   HResult Open() override;
   HResult GetStatusBlock(StatusBlock& status) override;
   HResult GetPortAddress(std::wstring& address) override;

@@ -112,7 +112,7 @@ std::optional<std::vector<std::optional<std::string>>> PrinterSNMPClient::GetSev
   while (!bindings.empty()) {
     if (pdu_.setVarBindList(bindings.data(), static_cast<int>(bindings.size())) != StatusSuccess) break;
     const auto begun = now_();
-    const int status = manager_.get(pdu_, target_);
+    const int status = Ask(&SNMPManager::get);
     if (status == StatusSuccess) {
       for (unsigned i = 0; i < asked.size(); ++i) texts[asked[i]] = TextOf(pdu_.getVarBind(i).getValue());
       return texts;
@@ -161,10 +161,14 @@ bool PrinterSNMPClient::WalkAndJoin(const char* column, std::string& text) {
   return true;
 }
 
+int PrinterSNMPClient::Ask(int (SNMPManager::*operation)(ReqRespPDU&, Target&) noexcept) {
+  return IsOpen(gate_) ? (manager_.*operation)(pdu_, target_) : StatusTimeout;
+}
+
 template <class Value>
 bool PrinterSNMPClient::Get(const char* name, std::optional<Value> (*read)(const SNMPDataType& value), Value& value) {
   binding_.setOID(OID(name));
-  if (pdu_.setVarBindList(&binding_, 1) != StatusSuccess || manager_.get(pdu_, target_) != StatusSuccess) return false;
+  if (pdu_.setVarBindList(&binding_, 1) != StatusSuccess || Ask(&SNMPManager::get) != StatusSuccess) return false;
   std::optional<Value> answer = read(pdu_.getVarBind(0).getValue());
   if (!answer) return false;
   value = *std::move(answer);
@@ -182,7 +186,7 @@ bool PrinterSNMPClient::Walk(const char* column, std::optional<Value> (*read)(co
     // The list is set anew for each row: the answer before has left its value in it, and an empty text is refused in a
     // request.
     if (pdu_.setVarBindList(&binding_, 1) != StatusSuccess) return false;
-    if (manager_.getNext(pdu_, target_) != StatusSuccess) {
+    if (Ask(&SNMPManager::getNext) != StatusSuccess) {
       if (pdu_.getErrorStatus() != kNoSuchName) return false;
       break;
     }

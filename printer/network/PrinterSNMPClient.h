@@ -7,8 +7,10 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
+#include "ExchangeGate.h"
 #include "ztsnmp/ReqRespPDU.h"
 #include "ztsnmp/SNMPManager.h"
 #include "ztsnmp/Target.h"
@@ -30,6 +32,9 @@ class PrinterSNMPClient {
 
   // SetReadCommunity takes 1 to 25 characters; false, the old one kept, for anything else.
   bool SetReadCommunity(const std::string& community);
+
+  // SetGate sets what is asked before each request; a closed gate is silence.
+  void SetGate(ExchangeGate gate) { gate_ = std::move(gate); }
 
   // GetText reads an OCTET STRING as text, which ends at its first NUL: printers fill fields of a fixed size up with
   // NULs. An empty one is an answer, too. GetBytes reads all of its bytes.
@@ -62,7 +67,11 @@ class PrinterSNMPClient {
   template <class Value>
   bool Walk(const char* column, std::optional<Value> (*read)(const SNMPDataType& value), std::vector<Value>& values);
 
+  // Ask sends the PDU to the printer by one of the manager's operations; a status of the library.
+  int Ask(int (SNMPManager::*operation)(ReqRespPDU&, Target&) noexcept);
+
   SteadyNow now_;
+  ExchangeGate gate_;
   SNMPManager manager_;
   Target target_;
   ReqRespPDU pdu_;

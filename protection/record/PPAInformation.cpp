@@ -1,7 +1,6 @@
 #include "PPAInformation.h"
 
 #include "Codes.h"
-#include "ReportXml.h"
 
 namespace zt {
 namespace {
@@ -22,6 +21,7 @@ constexpr ElementCode kTonerRules[] = {{"UsedDotPercent", "/warning:no tonerUsed
                                        {"SerialNumber", "/warnig:no serial number"},  // spelled so on purpose
                                        {"Capacity", "/warning:no tonerCapacity"},
                                        {"TargetDot", "/warning:no tonerTargetdot"}};
+constexpr ReportRules kRules = {.device = kDeviceRules, .counts = {}, .toner = kTonerRules, .closing = {}};
 
 }  // namespace
 
@@ -30,8 +30,10 @@ std::string PPAInformation::BuildXml() const {
 }
 
 bool PPAInformation::ValidateXml(std::string_view document, Codes& codes) {
-  return ValidateReport(document, {.device = kDeviceRules, .counts = {}, .toner = kTonerRules, .closing = {}}, codes);
+  return ValidateReport(document, kRules, codes);
 }
+
+std::vector<Gap> PPAInformation::FindGaps(std::string_view document) { return zt::FindGaps(document, kRules); }
 
 bool PPAInformation::ReadXml(const DeviceDocument& document, Codes& codes) {
   return ReadReport(document, codes, [&](const tinyxml2::XMLElement* report) {

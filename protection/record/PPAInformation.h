@@ -2,8 +2,10 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "ReportRecord.h"
+#include "ReportXml.h"
 
 namespace zt {
 
@@ -37,6 +39,9 @@ class PPAInformation : public ReportRecord {
   // ValidateXml checks a report and adds a code for what is missing or wrong; true only when it found nothing. A
   // document that does not parse replaces the codes by one.
   static bool ValidateXml(std::string_view document, Codes& codes);
+
+  // FindGaps is ValidateXml with the places of the gaps.
+  static std::vector<Gap> FindGaps(std::string_view document);
 
  private:
   bool agreed_ = false;

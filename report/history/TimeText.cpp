@@ -88,6 +88,12 @@ std::optional<std::time_t> ParseTimeText(std::string_view text) {
   return time;
 }
 
+std::optional<std::string> TimeTextAfterDays(std::string_view text, int days) {
+  const std::optional<std::time_t> time = ParseTimeText(text);
+  if (!time) return std::nullopt;
+  return FormatLocalTime(static_cast<std::time_t>(*time + kSecondsPerDay * days));
+}
+
 bool IsWithinDays(std::string_view text, int days, const Now& now) {
   if (text.empty()) return false;
   const std::optional<std::time_t> time = ParseOrTrace(text);

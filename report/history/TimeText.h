@@ -36,6 +36,10 @@ bool IsTimeText(std::string_view text);
 // library cannot convert.
 std::optional<std::time_t> ParseTimeText(std::string_view text);
 
+// TimeTextAfterDays returns the time text of the moment so many days after a time: the first at which it is no longer
+// within them. Nothing for a text that ParseTimeText refuses.
+std::optional<std::string> TimeTextAfterDays(std::string_view text, int days);
+
 // IsWithinDays reports whether the time of `text` lies less than `days` days before now. One that is a day or more
 // in the future does not. False for an empty text and, with a trace line, for one that is no time.
 bool IsWithinDays(std::string_view text, int days, const Now& now);

@@ -9,28 +9,76 @@ constexpr int kFailureDays = 7;
 constexpr int kDefaultSendDays = 30;
 constexpr int kDefaultPPNormalDays = 7;
 constexpr std::size_t kMaximumLanguageCodeBytes = 519;
-constexpr std::string_view kSendIsNear = "Last svr success near! bye~";
 const ServerPolicy kDefaultPolicy;
 
 std::string StoredLanguageCode(std::string_view codes) {
   return std::string(codes.substr(0, kMaximumLanguageCodeBytes));
 }
 
+// What a check traces when it returns true.
+std::string_view TraceOf(SkipRule rule) {
+  switch (rule) {
+    case SkipRule::LastIOFail:
+      return "Last IO fail is near! Bye~";
+    case SkipRule::LastServerFail:
+      return "Last svr fail near! bye~";
+    default:
+      return "Last svr success near! bye~";
+  }
+}
+
 }  // namespace
 
-// The given time, or else the stored one; empty when there is none.
-std::string ZOLTSkipChecker::TimeOf(std::string_view id, OptionalTimeText given, StoredTime stored) const {
-  if (given) return std::string(*given);
+std::string ZOLTSkipChecker::StoredTime(SkipRule rule, std::string_view id) const {
   std::string time;
-  (settings_->*stored)(id, time);
+  switch (rule) {
+    case SkipRule::LastIOFail:
+      settings_->GetLastCollectFailedTime(id, time);
+      break;
+    case SkipRule::LastServerFail:
+      settings_->GetLastServerFailedTime(time);
+      break;
+    case SkipRule::LastSend:
+      settings_->GetLastSendTime(id, time);
+      break;
+    case SkipRule::LastPPSend:
+      settings_->GetLastPPSendTime(id, time);
+      break;
+    case SkipRule::LastPPNormal:
+      settings_->GetLastPPNormalTime(id, time);
+      break;
+  }
   return time;
 }
 
-bool ZOLTSkipChecker::IsNear(std::string_view time, int days, std::string_view message) const {
-  if (time.empty()) return false;
-  const bool isNear =
-      referenceTime_ ? IsWithinDaysOf(*referenceTime_, time, days, now_) : IsWithinDays(time, days, now_);
-  if (isNear) ZT_TRACE(Warning, message);
+int ZOLTSkipChecker::DaysOf(SkipRule rule) const {
+  switch (rule) {
+    case SkipRule::LastSend:
+      return settings_->GetSendIntervalDays(kDefaultSendDays);
+    case SkipRule::LastPPSend:
+      return settings_->GetTransmissionDuration(kDefaultPolicy.transmissionDuration);
+    case SkipRule::LastPPNormal:
+      return settings_->GetPPNormalSendInterval(kDefaultPPNormalDays);
+    default:
+      return kFailureDays;
+  }
+}
+
+SkipDecision ZOLTSkipChecker::Decide(SkipRule rule, std::string_view id, OptionalTimeText time) const {
+  SkipDecision decision;
+  if (!settings_ || dontCheckSkip_) return decision;
+  decision.last = time ? std::string(*time) : StoredTime(rule, id);
+  decision.days = DaysOf(rule);
+  if (decision.last.empty()) return decision;
+  decision.skips = referenceTime_ ? IsWithinDaysOf(*referenceTime_, decision.last, decision.days, now_)
+                                  : IsWithinDays(decision.last, decision.days, now_);
+  decision.until = TimeTextAfterDays(decision.last, decision.days);
+  return decision;
+}
+
+bool ZOLTSkipChecker::IsNear(SkipRule rule, std::string_view id, OptionalTimeText time) const {
+  const bool isNear = Decide(rule, id, time).skips;
+  if (isNear) ZT_TRACE(Warning, TraceOf(rule));
   return isNear;
 }
 
@@ -39,24 +87,13 @@ void ZOLTSkipChecker::Record(std::string_view id, OptionalTimeText time, StoreTi
   if (settings_ && !text.empty()) (settings_->*store)(id, text);
 }
 
-bool ZOLTSkipChecker::IsLastIOFailNear(std::string_view id) {
-  if (!ChecksApply()) return false;
-  const std::string time = TimeOf(id, {}, &IZOLTLocalSetting::GetLastCollectFailedTime);
-  return IsNear(time, kFailureDays, "Last IO fail is near! Bye~");
-}
+bool ZOLTSkipChecker::IsLastIOFailNear(std::string_view id) { return IsNear(SkipRule::LastIOFail, id); }
 
 bool ZOLTSkipChecker::IsLastSendNear(std::string_view id, OptionalTimeText time) {
-  if (!ChecksApply()) return false;
-  const std::string last = TimeOf(id, time, &IZOLTLocalSetting::GetLastSendTime);
-  return IsNear(last, GetSendInterval(kDefaultSendDays), kSendIsNear);
+  return IsNear(SkipRule::LastSend, id, time);
 }
 
-bool ZOLTSkipChecker::IsLastServerFailNear() {
-  if (!ChecksApply()) return false;
-  std::string time;
-  settings_->GetLastServerFailedTime(time);
-  return IsNear(time, kFailureDays, "Last svr fail near! bye~");
-}
+bool ZOLTSkipChecker::IsLastServerFailNear() { return IsNear(SkipRule::LastServerFail, {}); }
 
 void ZOLTSkipChecker::RecordIOFail(std::string_view id) {
   Record(id, {}, &IZOLTLocalSetting::SetLastCollectFailedTime);
@@ -91,9 +128,7 @@ void ZOLTSkipChecker::SetPPAEnabled(bool enabled) {
 bool ZOLTSkipChecker::GetPPAEnabled(bool& enabled) { return settings_ && settings_->GetPPAEnabled(enabled); }
 
 bool ZOLTSkipChecker::IsLastPPSendNear(std::string_view id, OptionalTimeText time) {
-  if (!ChecksApply()) return false;
-  const std::string last = TimeOf(id, time, &IZOLTLocalSetting::GetLastPPSendTime);
-  return IsNear(last, settings_->GetTransmissionDuration(kDefaultPolicy.transmissionDuration), kSendIsNear);
+  return IsNear(SkipRule::LastPPSend, id, time);
 }
 
 void ZOLTSkipChecker::RecordPPSend(std::string_view id, OptionalTimeText time) {
@@ -101,9 +136,7 @@ void ZOLTSkipChecker::RecordPPSend(std::string_view id, OptionalTimeText time) {
 }
 
 bool ZOLTSkipChecker::IsLastPPNormalNear(std::string_view id, OptionalTimeText time) {
-  if (!ChecksApply()) return false;
-  const std::string last = TimeOf(id, time, &IZOLTLocalSetting::GetLastPPNormalTime);
-  return IsNear(last, GetPPNormalInterval(kDefaultPPNormalDays), kSendIsNear);
+  return IsNear(SkipRule::LastPPNormal, id, time);
 }
 
 void ZOLTSkipChecker::RecordPPNormal(std::string_view id, OptionalTimeText time) {

@@ -7,6 +7,7 @@
 
 #include "IZOLTLocalSetting.h"
 #include "IZOLTSkipChecker.h"
+#include "SkipDecision.h"
 
 namespace zt {
 
@@ -24,6 +25,10 @@ class ZOLTSkipChecker : public IZOLTSkipChecker {
   // SetDontCheckSkip makes every Is…Near return false. Records are still written, so that a test run leaves a normal
   // history.
   void SetDontCheckSkip(bool on) { dontCheckSkip_ = on; }
+
+  // Decide returns what a rule says, and why: each Is…Near is the decision of its rule, with a trace line when it
+  // skips. `time` takes the place of the stored one.
+  SkipDecision Decide(SkipRule rule, std::string_view id, OptionalTimeText time = std::nullopt) const;
 
   bool IsLastIOFailNear(std::string_view id) override;
   bool IsLastSendNear(std::string_view id, OptionalTimeText time) override;
@@ -50,13 +55,12 @@ class ZOLTSkipChecker : public IZOLTSkipChecker {
   bool IsTonerLifeExceeded(std::string_view id) override;
 
  private:
-  using StoredTime = bool (IZOLTLocalSetting::*)(std::string_view id, std::string& time) const;
   using StoreTime = void (IZOLTLocalSetting::*)(std::string_view id, std::string_view time);
 
-  bool ChecksApply() const { return settings_ && !dontCheckSkip_; }
-  bool IsNear(std::string_view time, int days, std::string_view message) const;
+  bool IsNear(SkipRule rule, std::string_view id, OptionalTimeText time = std::nullopt) const;
+  std::string StoredTime(SkipRule rule, std::string_view id) const;
+  int DaysOf(SkipRule rule) const;
   std::string CurrentTime() const { return NowText(referenceTime_, now_); }
-  std::string TimeOf(std::string_view id, OptionalTimeText given, StoredTime stored) const;
   void Record(std::string_view id, OptionalTimeText time, StoreTime store);
 
   std::optional<std::string> referenceTime_;

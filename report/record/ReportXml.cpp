@@ -1,25 +1,72 @@
 #include "ReportXml.h"
 
+#include <map>
+
 #include "TonerRecord.h"
 
 namespace zt {
 namespace {
 
-void CheckElements(const tinyxml2::XMLElement* parent, std::span<const ElementCode> rules, Codes& codes) {
+constexpr std::string_view kInvalidXml = "error:invalid xml data";
+
+// Lack is a gap of a document that is parsed. The element is null where that is what is missing.
+struct Lack {
+  std::string_view code;
+  const tinyxml2::XMLElement* element;
+};
+
+void CheckElements(const tinyxml2::XMLElement* parent, std::span<const ElementCode> rules, std::vector<Lack>& lacks) {
   for (const ElementCode& rule : rules) {
-    if (!ChildText(parent, rule.element)) codes.Add(rule.code);
+    if (!ChildText(parent, rule.element)) lacks.push_back({rule.code, parent});
   }
 }
 
-void CheckToner(const tinyxml2::XMLElement& toner, std::span<const ElementCode> rules, Codes& codes) {
+void CheckToner(const tinyxml2::XMLElement& toner, std::span<const ElementCode> rules, std::vector<Lack>& lacks) {
   const char* colour = ChildText(&toner, "Color");
   if (!colour) {
-    codes.Add("/error:no color info");
+    lacks.push_back({"/error:no color info", &toner});
   } else if (!ColourOfLetter(colour)) {
-    codes.Add("/error:invalid color");
+    lacks.push_back({"/error:invalid color", &toner});
   }
-  CheckElements(&toner, rules, codes);
+  CheckElements(&toner, rules, lacks);
 }
+
+std::vector<Lack> Check(const tinyxml2::XMLDocument& document, const ReportRules& rules) {
+  std::vector<Lack> lacks;
+  const tinyxml2::XMLElement* report = FindReport(document);
+  CheckElements(report, rules.device, lacks);
+  const tinyxml2::XMLElement* counts = FindChild(report, "Count");
+  CheckElements(counts, rules.counts, lacks);
+  const tinyxml2::XMLElement* supplies = FindChild(report, "Supplies");
+  if (!supplies) {
+    lacks.push_back({"/error:no supplies", report});
+    return lacks;
+  }
+  const tinyxml2::XMLElement* toner = FindChild(supplies, "Toner");
+  if (!toner) lacks.push_back({"/error:no toner", supplies});
+  for (; toner; toner = toner->NextSiblingElement("Toner")) CheckToner(*toner, rules.toner, lacks);
+  CheckElements(report, rules.closing, lacks);
+  return lacks;
+}
+
+// Numbers gives the elements of a document their numbers, in the order of the start tags.
+class Numbers : public tinyxml2::XMLVisitor {
+ public:
+  explicit Numbers(const tinyxml2::XMLDocument& document) { document.Accept(this); }
+
+  bool VisitEnter(const tinyxml2::XMLElement& element, const tinyxml2::XMLAttribute*) override {
+    numbers_.emplace(&element, numbers_.size());
+    return true;
+  }
+
+  std::size_t Of(const tinyxml2::XMLElement* element) const {
+    const auto found = numbers_.find(element);
+    return found == numbers_.end() ? 0 : found->second;
+  }
+
+ private:
+  std::map<const tinyxml2::XMLElement*, std::size_t> numbers_;
+};
 
 }  // namespace
 
@@ -27,26 +74,24 @@ const tinyxml2::XMLElement* FindReport(const tinyxml2::XMLDocument& document) {
   return FindChild(FindChild(&document, "root"), "ZOLT");
 }
 
+std::vector<Gap> FindGaps(std::string_view document, const ReportRules& rules) {
+  tinyxml2::XMLDocument xml;
+  if (!ParseXml(document, xml)) return {{kInvalidXml, 0}};
+  const Numbers numbers(xml);
+  std::vector<Gap> gaps;
+  for (const Lack& lack : Check(xml, rules)) gaps.push_back({lack.code, numbers.Of(lack.element)});
+  return gaps;
+}
+
 bool ValidateReport(std::string_view document, const ReportRules& rules, Codes& codes) {
   tinyxml2::XMLDocument xml;
   if (!ParseXml(document, xml)) {
-    codes.Replace("error:invalid xml data");
+    codes.Replace(kInvalidXml);
     return false;
   }
-  const std::size_t before = codes.Count();
-  const tinyxml2::XMLElement* report = FindReport(xml);
-  CheckElements(report, rules.device, codes);
-  CheckElements(FindChild(report, "Count"), rules.counts, codes);
-  const tinyxml2::XMLElement* supplies = FindChild(report, "Supplies");
-  if (!supplies) {
-    codes.Add("/error:no supplies");
-    return false;
-  }
-  const tinyxml2::XMLElement* toner = FindChild(supplies, "Toner");
-  if (!toner) codes.Add("/error:no toner");
-  for (; toner; toner = toner->NextSiblingElement("Toner")) CheckToner(*toner, rules.toner, codes);
-  CheckElements(report, rules.closing, codes);
-  return codes.Count() == before;
+  const std::vector<Lack> lacks = Check(xml, rules);
+  for (const Lack& lack : lacks) codes.Add(lack.code);
+  return lacks.empty();
 }
 
 std::string_view BeginningOf(const Codes& codes) {

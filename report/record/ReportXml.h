@@ -1,7 +1,9 @@
 #pragma once
 
+#include <cstddef>
 #include <span>
 #include <string_view>
+#include <vector>
 
 #include "Codes.h"
 #include "Xml.h"
@@ -26,6 +28,16 @@ struct ReportRules {
 
 // FindReport returns the `ZOLT` element under `root`; null when there is none.
 const tinyxml2::XMLElement* FindReport(const tinyxml2::XMLDocument& document);
+
+// Gap is something that a document lacks.
+struct Gap {
+  std::string_view code;  // lives forever
+  std::size_t element;    // which element lacks it, in the order of the document's start tags; the first is 0
+  bool operator==(const Gap&) const = default;
+};
+
+// FindGaps checks a document against the rules. One that does not parse has the one gap "error:invalid xml data".
+std::vector<Gap> FindGaps(std::string_view document, const ReportRules& rules);
 
 // ValidateReport checks a document against the rules and adds the code of each missing element; true only when it added
 // none. A document that does not parse replaces the codes by "error:invalid xml data".

@@ -4,7 +4,6 @@
 
 #include "Codes.h"
 #include "DocumentSize.h"
-#include "ReportXml.h"
 #include "Text.h"
 #include "Trace.h"
 
@@ -37,6 +36,7 @@ constexpr ElementCode kClosingRules[] = {{"SourceType", "/info:is not RQD"},
                                          {"IBL", "/error:no CRUM - IBL info"},
                                          {"TTime", "/error:no CRUM - TTime info"},
                                          {"CountryIndex", "/warning:no CountryIndex"}};
+constexpr ReportRules kRules = {kDeviceRules, kCountRules, kTonerRules, kClosingRules};
 
 std::string CountText(std::int32_t pages) { return pages < 0 ? std::string() : std::to_string(pages); }
 
@@ -149,8 +149,10 @@ std::string ZOLTInformation::AmendDeviceXml() const {
 }
 
 bool ZOLTInformation::ValidateXml(std::string_view document, Codes& codes) {
-  return ValidateReport(document, {kDeviceRules, kCountRules, kTonerRules, kClosingRules}, codes);
+  return ValidateReport(document, kRules, codes);
 }
+
+std::vector<Gap> ZOLTInformation::FindGaps(std::string_view document) { return zt::FindGaps(document, kRules); }
 
 bool ZOLTInformation::ReadXml(const DeviceDocument& document, Codes& codes) {
   bool hasCounts = false;

@@ -3,8 +3,10 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "ReportRecord.h"
+#include "ReportXml.h"
 
 namespace zt {
 
@@ -52,6 +54,9 @@ class ZOLTInformation : public ReportRecord {
   // ValidateXml checks a report and adds a code for what is missing or wrong; true only when it found nothing,
   // informational findings included. A document that does not parse replaces the codes by one.
   static bool ValidateXml(std::string_view document, Codes& codes);
+
+  // FindGaps is ValidateXml with the places of the gaps.
+  static std::vector<Gap> FindGaps(std::string_view document);
 
  private:
   bool ReadCounts(const tinyxml2::XMLElement* report, Codes& codes);
