@@ -23,17 +23,17 @@ constexpr RuleWords kIOFail = {
     SkipRule::LastIOFail, L"No failure to read this printer is stored.",
     L"A run now would be skipped until {until}, because this printer could not be read on {last}.",
     L"This printer could not be read on {last}, which no longer counts."};
-constexpr RuleWords kServerFail = {
-    SkipRule::LastServerFail, L"No failure of the server is stored.",
-    L"A run now would be skipped until {until}, because the server failed on {last}.",
-    L"The server failed on {last}, which no longer counts."};
+constexpr RuleWords kServerFail = {SkipRule::LastServerFail, L"No failure of the server is stored.",
+                                   L"A run now would be skipped until {until}, because the server failed on {last}.",
+                                   L"The server failed on {last}, which no longer counts."};
 constexpr RuleWords kSend = {SkipRule::LastSend, L"No report of this printer is stored, so one is due.",
                              L"A run now would be skipped: last report {last}, next due {until}.",
                              L"Last report {last}, so the next is due."};
-constexpr RuleWords kPPSend = {SkipRule::LastPPSend, L"No protection report of this printer is stored, so one is due.",
-                               L"A run now would be skipped, unless the toner was changed since: last protection report "
-                               L"{last}, next due {until}.",
-                               L"Last protection report {last}, so the next is due."};
+constexpr RuleWords kPPSend = {
+    SkipRule::LastPPSend, L"No protection report of this printer is stored, so one is due.",
+    L"A run now would be skipped, unless the toner was changed since: last protection report "
+    L"{last}, next due {until}.",
+    L"Last protection report {last}, so the next is due."};
 
 std::wstring Filled(std::wstring_view sentence, std::wstring_view name, std::string_view time) {
   std::wstring filled(sentence);
@@ -84,9 +84,8 @@ std::vector<RuleLine> PrintVolumeRules(const Standing& standing, ZOLTSkipChecker
     lines.push_back(NoSkipRules());
     return lines;
   }
-  lines.push_back(standing.address.empty()
-                      ? RuleLine{L"Whether this printer failed lately is not known: no address."}
-                      : LineOf(kIOFail, skipChecker, standing.address));
+  lines.push_back(standing.address.empty() ? RuleLine{L"Whether this printer failed lately is not known: no address."}
+                                           : LineOf(kIOFail, skipChecker, standing.address));
   lines.push_back(LineOf(kServerFail, skipChecker, {}));
   lines.push_back(standing.serialNumber.empty()
                       ? RuleLine{L"When the last report was sent is not known: the serial number was not read."}

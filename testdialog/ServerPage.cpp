@@ -174,8 +174,7 @@ std::vector<Row> AskServer(const ServerRequest& request, const PostForm& post, c
     rows.push_back(StatusRow(reply.status));
     rows.push_back({L"Raw answer", Shown(reply.answer),
                     reply.answer.empty() ? L"Empty. The body of an answer is kept with status 200 only." : L""});
-    rows.push_back(
-        UnderstoodRow(request.question == ServerQuestion::PostReport, succeeded, answer.Values().empty()));
+    rows.push_back(UnderstoodRow(request.question == ServerQuestion::PostReport, succeeded, answer.Values().empty()));
     for (const auto& [key, value] : answer.Values()) rows.push_back(ValueRow(key, value));
   }
   if (!succeeded) rows.push_back(FailureRow(request));

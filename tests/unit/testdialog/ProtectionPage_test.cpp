@@ -20,7 +20,8 @@ TEST(ProtectionPage, SaysWhatARunWouldAsk) {
   };
   static const std::string sent = "[History]\nLastPPSendTime_SN1=2026-11-20 10:00:00\n";
   const Case cases[] = {
-      {State::On, 151, "12", "", L"A run now would ask the user to agree: protection is on, and the toner life 151 is past"},
+      {State::On, 151, "12", "",
+       L"A run now would ask the user to agree: protection is on, and the toner life 151 is past"},
       {State::On, 151, "59", "", L"A run now would switch protection off and ask nobody"},
       {State::On, 150, "12", "", L"A run now would ask nobody: protection is on, and the toner life 150 is within"},
       {State::On, 151, "12", "[Common]\nSBXPolicyReceived=1\nTonerMaxLife=200\n", L"A run now would ask nobody"},

@@ -50,7 +50,7 @@ TEST(ReportPage, ShowsWhatIsPostedAndWhereItHasGaps) {
       "<Toner id=\"2\"><Color>Z</Color></Toner></Supplies></ZOLT></root>");
   const std::vector<std::wstring> findings = Findings(MakeReport(ReportKind::PrintVolume, gaps, false));
   const auto has = [&](const wchar_t* text) { return std::ranges::find(findings, text) != findings.end(); };
-  EXPECT_TRUE(has(L"Error: the model (MDL) is missing. -> <ZOLT a=\">\">")) << testing::PrintToString(findings);
+  EXPECT_TRUE(has(L"Error: the model (MDL) is missing. -> <ZOLT a=\"&gt;\">")) << testing::PrintToString(findings);
   EXPECT_TRUE(has(L"Error, toner 1: the toner's model (ModelID) is missing. -> <Toner>"));
   EXPECT_TRUE(has(L"Error, toner 2: the colour (Color) is none of C, M, Y and K. -> <Toner id=\"2\">"));
 
@@ -68,12 +68,11 @@ TEST(ReportPage, ColoursWhateverItIsGiven) {
     const wchar_t* document;
     const wchar_t* coloured;  // each span in brackets behind its letter
   };
-  for (const Row& row : {Row{L"<?xml?>a<b/>c</d>", L"T[<?xml?>]a T[<b/>]c T[</d>]"},
-                         Row{L"<a b=\"1>2\" c='\"'>t", L"T[<a] A[b=\"1>2\" c='\"'] T[>]t"},
-                         Row{L"<a b />", L"T[<a] A[b]  T[/>]"},
-                         Row{L"<!-- <a> -->x<![CDATA[<b>]]>", L"C[<!-- <a> -->]x<![CDATA[<b>]]>"},
-                         Row{L"x<", L"x T[<]"}, Row{L"<a b=\"", L"T[<a] A[b=\"]"}, Row{L"<!--", L"C[<!--]"},
-                         Row{L"<>", L"T[<>]"}, Row{L"< />", L"T[< />]"}}) {
+  for (const Row& row :
+       {Row{L"<?xml?>a<b/>c</d>", L"T[<?xml?>]a T[<b/>]c T[</d>]"},
+        Row{L"<a b=\"1>2\" c='\"'>t", L"T[<a] A[b=\"1>2\" c='\"'] T[>]t"}, Row{L"<a b />", L"T[<a] A[b] T[/>]"},
+        Row{L"<!-- <a> -->x<![CDATA[<b>]]>", L"C[<!-- <a> -->]x<![CDATA[<b>]]>"}, Row{L"x<", L"x T[<]"},
+        Row{L"<a b=\"", L"T[<a] A[b=\"]"}, Row{L"<!--", L"C[<!--]"}, Row{L"<>", L"T[<>]"}, Row{L"< />", L"T[< />]"}}) {
     std::wstring coloured;
     std::size_t at = 0;
     const std::wstring document = row.document;
