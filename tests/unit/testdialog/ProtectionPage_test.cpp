@@ -25,15 +25,12 @@ TEST(ProtectionPage, SaysWhatARunWouldAsk) {
       {State::On, 151, "59", "", L"A run now would switch protection off and ask nobody"},
       {State::On, 150, "12", "", L"A run now would ask nobody: protection is on, and the toner life 150 is within"},
       {State::On, 151, "12", "[Common]\nSBXPolicyReceived=1\nTonerMaxLife=200\n", L"A run now would ask nobody"},
-      {State::On, 151, "12", "[Common]\nPPAEnabled=2\n", L"A run now would end: product protection is switched off"},
       {State::Off, 99, "12", "", L"A run now would ask nobody: protection is off, and the toner is fresh"},
       {State::Off, 149, "12", "", L"A run now would ask nobody: protection is off, and the toner life 149 is below"},
       {State::Off, 150, "12", "", L"A run now would ask the user to agree: protection is off"},
       {State::Off, 150, "12", sent.c_str(), L"Unless the toner was changed since, a run now would be skipped"},
-      {State::OT, 151, "12", "", L"A run now would end: the protection of this printer cannot be switched."},
-      {State::On, std::nullopt, "12", "", L"A run now would end: the printer does not tell its toner life."},
+      {State::OT, std::nullopt, "", "", L"A run now would end: the protection of this printer cannot be switched."},
       {State::On, 151, "", "", L"A run now would end: the printer names no country."},
-      {std::nullopt, 151, "12", "", L"A run now would end: the printer tells no protection state."},
   };
   for (const Case& row : cases) {
     Calls calls;
