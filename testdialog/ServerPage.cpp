@@ -16,7 +16,7 @@ struct ErrorText {
 // WinINet's numbers.
 constexpr ErrorText kErrors[] = {
     {12002, L"nothing came back in time"},
-    {12005, L"the URL is none"},
+    {12005, L"the URL is not valid"},
     {12006, L"the URL begins with neither http nor https"},
     {12007, L"the server's name is not known: it is wrong, or this computer reaches no name server"},
     {12029, L"nobody listens there: the server is off, the port is wrong, or a firewall is between"},
