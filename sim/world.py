@@ -66,7 +66,8 @@ class World:
         self.program_folder.mkdir()
         self.spool_folder = self.folder / "spool"
         self.spool_folder.mkdir()
-        self.install(AGENT, SPOOLER)
+        self.install(AGENT)
+        self._install_spooler()
 
     def __enter__(self) -> "World":
         return self
@@ -83,6 +84,12 @@ class World:
         """Copies files into the agent's folder, C:\\agent."""
         for file in files:
             shutil.copy(file, self.program_folder)
+
+    def _install_spooler(self) -> None:
+        """Puts the spooler's client where the agent takes it from: nowhere but the system's folder."""
+        library = self.prefix.drive / "windows" / "system32" / SPOOLER.name
+        library.unlink(missing_ok=True)  # it may be one file with the template's
+        shutil.copy(SPOOLER, library)
 
     def spooler(self, script: str) -> None:
         """What the print spooler serves; see sim/windows/winspool."""

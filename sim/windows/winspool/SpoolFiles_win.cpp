@@ -11,18 +11,15 @@ std::wstring Variable(const wchar_t* name) {
 }
 
 // Ends in a backslash.
-std::wstring OwnFolder() {
-  HMODULE self = nullptr;
-  GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
-                     reinterpret_cast<LPCWSTR>(&OwnFolder), &self);
+std::wstring ProgramFolder() {
   wchar_t path[MAX_PATH] = L"";
-  std::wstring folder(path, GetModuleFileNameW(self, path, MAX_PATH));
+  std::wstring folder(path, GetModuleFileNameW(nullptr, path, MAX_PATH));
   return folder.substr(0, folder.rfind(L'\\') + 1);
 }
 
 std::wstring RecordFolder() {
   const std::wstring folder = Variable(L"ZT_SPOOL_FOLDER");
-  return folder.empty() ? OwnFolder() : folder + L"\\";
+  return folder.empty() ? ProgramFolder() : folder + L"\\";
 }
 
 }  // namespace
@@ -37,7 +34,7 @@ std::wstring WideFromUtf8(std::string_view text) {
 
 std::string ReadSpoolScript() {
   std::wstring path = Variable(L"ZT_SPOOL_SCRIPT");
-  if (path.empty()) path = OwnFolder() + L"winspool.ini";
+  if (path.empty()) path = ProgramFolder() + L"winspool.ini";
   const HANDLE file =
       CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING, 0, nullptr);
   if (file == INVALID_HANDLE_VALUE) return {};
