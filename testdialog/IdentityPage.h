@@ -2,8 +2,10 @@
 
 #include <functional>
 #include <string>
+#include <string_view>
 #include <vector>
 
+#include "IZOLTDataProvider.h"
 #include "KVFPrinter.h"
 #include "PrinterChoice.h"
 #include "Row.h"
@@ -35,6 +37,9 @@ struct Identity {
 // command set with its meaning, serial number, firmware, installed date, country index, protection state and status.
 // What could not be read has a row that says why.
 Identity ReadIdentity(KVFPrinter& printer, const PrinterTarget& target, const Reach& reach);
+
+// This one reads what the virtual printer, which has no access of that kind, says through the runs' interface.
+Identity ReadIdentity(IZOLTDataProvider& provider);
 
 // MeaningOf words what a keyword of a command set stands for; empty for one that this program does not know.
 std::wstring MeaningOf(std::string_view keyword);

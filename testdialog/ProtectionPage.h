@@ -4,8 +4,8 @@
 #include <vector>
 
 #include "IZOLTDataProvider.h"
-#include "IZOLTSkipChecker.h"
 #include "Row.h"
+#include "ZOLTSkipChecker.h"
 
 namespace zt {
 
@@ -15,8 +15,8 @@ struct ProtectionFacts {
   bool switchable = false;  // ON and OFF make sense
 };
 
-// ReadProtection reads state and toner life of a printer that was initialised and says, by the rules of the run, what
-// it would ask the user now. It records nothing.
-ProtectionFacts ReadProtection(IZOLTDataProvider& provider, IZOLTSkipChecker& skipChecker);
+// ReadProtection opens the printer, reads state and toner life, and says by the rules of the run what that would ask
+// the user now. It records nothing and does not ask the server, which may give a run another limit.
+ProtectionFacts ReadProtection(IZOLTDataProvider& provider, ZOLTSkipChecker& skipChecker);
 
 }  // namespace zt

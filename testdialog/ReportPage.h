@@ -44,8 +44,9 @@ struct Report {
   std::wstring problem;  // why it could not be collected
 };
 
-// MakeReport collects the report from a printer that was initialised, as the run of its kind does. `agreement` is the
-// stored one, which the protection report carries.
+// MakeReport opens the printer and collects the report as the run of its kind does, but waits for no job of the queue.
+// The provider is to be a new one: one that has delivered a protection report keeps the printer's document. `agreement`
+// is the stored one, which the protection report carries.
 Report MakeReport(ReportKind kind, IZOLTDataProvider& provider, bool agreement);
 
 // ColourXml finds the spans of a document, which need not be well-formed.

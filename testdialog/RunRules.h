@@ -24,9 +24,9 @@ struct Standing {
   bool queueIsLocal = true;
   bool skipRulesOff = false;  // by the flag "DontCheckSkip"
   bool virtualTest = false;
-  std::string address;       // keys the failures of the printer; empty where it is not known
-  std::string serialNumber;  // keys the reports; empty where it is not known
-  std::string queueName;     // keys the toner life; in the ANSI code page
+  std::string address{};       // keys the failures of the printer; empty where it is not known
+  std::string serialNumber{};  // keys the reports; empty where it is not known
+  std::string queueName{};     // keys the toner life; in the ANSI code page
 };
 
 struct History {

@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "IZOLTDataProvider.h"
 #include "KVFPrinter.h"
 #include "Row.h"
 #include "TonerRecord.h"
@@ -26,6 +27,9 @@ struct Supplies {
 
 // ReadSupplies reads the toners, the counters and the supply unit of a printer that is open.
 Supplies ReadSupplies(KVFPrinter& printer);
+
+// This one reads those of the virtual printer, which has no access of that kind, through the runs' interface.
+Supplies ReadSupplies(IZOLTDataProvider& provider);
 
 // LevelText words a level: a percentage, or the code of the Printer MIB (RFC 3805, prtMarkerSuppliesLevel): -1 no
 // restriction, -2 unknown, -3 some left.

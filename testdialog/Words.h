@@ -1,0 +1,25 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "HResult.h"
+#include "ProtectionState.h"
+
+// Words that several pages of the test dialog use.
+
+namespace zt {
+
+// Shown makes bytes of a printer, a server or a file fit to be shown in a row: one line, without control characters,
+// cut where it is very long.
+std::wstring Shown(std::string_view bytes);
+
+// WhyNotRead words the result of a reading that failed: that this way to the printer has no such reading, or else
+// `failed`, which says what the failure means for this datum.
+std::wstring WhyNotRead(HResult result, bool usb, std::wstring_view failed);
+
+// StateText words a protection state: "on", "off"; StateRemark says what follows from it.
+std::wstring StateText(ProtectionState state);
+std::wstring StateRemark(ProtectionState state);
+
+}  // namespace zt
