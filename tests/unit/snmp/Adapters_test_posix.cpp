@@ -28,9 +28,8 @@ class Adapters : public testing::Test {
  protected:
   void SetUp() override {
     if (!hasOwnNetwork()) GTEST_SKIP();
-    ASSERT_TRUE(
-        run("ip link add near type veth peer name far && ip link set near addrgenmode none up &&"
-            "ip link set far addrgenmode none up"));
+    ASSERT_TRUE(run("ip link add near type veth peer name far"));
+    for (const std::string device : {"near", "far"}) EXPECT_TRUE(run("ip link set " + device + " addrgenmode none up"));
     ASSERT_TRUE(give("near", "fe80::a1"));
   }
   void TearDown() override { EXPECT_TRUE(IsSkipped() || run("ip link del near")); }

@@ -4,9 +4,9 @@
 
 #include <chrono>
 
-#include "HandleCount.h"
 #include "HexBytes.h"
 #include "IPInterface.h"
+#include "Inherited.h"
 #include "OwnNetwork.h"
 #include "SNMPPeer.h"
 #include "ztsnmp/ztsnmp.h"

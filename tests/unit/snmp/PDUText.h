@@ -14,7 +14,8 @@ inline VarBind bound(const char* name, const SNMPDataType& value) {
 }
 
 /// textOf lists the bindings: " 1.3.6.1=5 1.3.6.2=abc".
-inline std::string textOf(const ReqRespPDU& pdu, bool withValues = true) {
+template <typename PDU>
+std::string textOf(const PDU& pdu, bool withValues = true) {
   std::string text;
   for (int i = 0; i < pdu.getVarBindCount(); ++i) {
     const VarBind& binding = pdu.getVarBind(static_cast<unsigned>(i));

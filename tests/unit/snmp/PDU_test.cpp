@@ -4,28 +4,13 @@
 
 namespace {
 
-TEST(VarBind, HoldsCopiesOfWhatIsAValue) {
-  const auto check = [](const SNMPDataType& value) {
-    const VarBind original = bound("1.3", value);
-    VarBind copy(original);
-    copy = copy;
-    EXPECT_EQ(copy.getValue().getDataType(), value.getDataType());
-    EXPECT_STREQ(copy.getValue().toString(), value.toString());
-    EXPECT_NE(&copy.getValue(), &original.getValue());
-  };
-  check(Integer(-5));
-  check(OctetString("abc", 3));
-  check(OID("1.2"));
-  check(IPAddress("1.2.3.4"));
-  check(IPv6Address("fe80::1"));  // the class behind the shared tag
-  check(Counter(5));
-  check(Gauge(6));
-  check(TimeTicks(7));
-
-  VarBind target = bound("1.3", Integer(1));
-  EXPECT_EQ(target.setValue(PhysAddress("000000000001")), -16);
-  EXPECT_EQ(target.setValue(IPXAddress()), -16);
-  EXPECT_STREQ(target.getValue().toString(), "1");
+TEST(VarBind, HoldsWhatIsAValue) {
+  VarBind binding = bound("1.3", IPv6Address("fe80::1"));
+  binding = VarBind(binding);
+  EXPECT_STREQ(binding.getValue().toString(), "fe80::1");  // not an IPAddress, which has the same tag
+  EXPECT_EQ(binding.setValue(PhysAddress("000000000001")), -16);
+  EXPECT_EQ(binding.setValue(IPXAddress()), -16);
+  EXPECT_STREQ(binding.getValue().toString(), "fe80::1");
   EXPECT_FALSE(VarBind().hasValue());
   EXPECT_EQ(VarBind().getValue().getDataType(), DataTypeNull);
 }

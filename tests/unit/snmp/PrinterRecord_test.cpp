@@ -18,27 +18,25 @@ Bytes service(const char* type, const std::string& name) {
 }
 
 TEST(PrinterRecord, ReadsTheFirstPrinterOfAnAdvertisement) {
-  const Bytes general = fromHex("00 02");
   const Bytes fileServer = service("00 04", "FILES");
-  const Bytes networkPrinter = service("03 0C", "PRINTER");
+  const Bytes other = service("03 0C", "OTHER");
   const std::string longest(48, 'N');  // without a NUL
   const struct {
     Bytes packet;
-    int status;
-    std::string name;
+    std::string name = "";
   } rows[] = {
-      {general + fileServer + networkPrinter + service("03 0C", "OTHER"), 0, "PRINTER"},
-      {fromHex("00 04") + service("00 07", longest), 0, longest},
-      {fromHex("00 01") + networkPrinter, -1, ""},  // a request
-      {general + fileServer, -1, ""},
-      {general + Bytes(networkPrinter.begin(), networkPrinter.end() - 1), -1, ""},
-      {fromHex("00"), -1, ""},
+      {fromHex("00 02") + fileServer + service("03 0C", "PRINTER") + other, "PRINTER"},
+      {fromHex("00 04") + service("00 07", longest), longest},
+      {fromHex("00 01") + other},  // a request
+      {fromHex("00 02") + fileServer},
+      {fromHex("00 02") + Bytes(other.begin(), other.end() - 1)},
+      {fromHex("00")},
   };
-  for (const auto& row : rows) {
+  for (const auto& [packet, name] : rows) {
     Printer printer;
-    EXPECT_EQ(PrinterRecord::decodeSAPPacket(row.packet, printer), row.status) << row.name;
-    EXPECT_EQ(printer.getName().toString(), row.name);
-    EXPECT_STREQ(printer.getIPXAddress().getValue(), row.status == 0 ? "000000AB00000ABCDEF1" : "");
+    EXPECT_EQ(PrinterRecord::decodeSAPPacket(packet, printer), name.empty() ? -1 : 0) << toHex(packet);
+    EXPECT_EQ(printer.getName().toString(), name);
+    EXPECT_STREQ(printer.getIPXAddress().getValue(), name.empty() ? "" : "000000AB00000ABCDEF1");
   }
 }
 
@@ -49,6 +47,7 @@ TEST(PrinterRecord, TakesWhatAnAnswerHolds) {
                               bound("1.3.6.1.2.1.25.3.5.1.1.1", Integer(3))};
   Printer printer;
   EXPECT_EQ(PrinterRecord::makePrinterObject(ReqRespPDU(bindings, 1), printer), -1);
+  EXPECT_EQ(printer.getStatus().getValue(), -1);  // not known
   EXPECT_EQ(PrinterRecord::makePrinterObject(ReqRespPDU(bindings, 4), printer), 0);
   EXPECT_STREQ(printer.getName().toString(), "hall");
   EXPECT_STREQ(printer.getDescription().toString(), "model 7");

@@ -4,8 +4,6 @@
 
 #include <string>
 
-#include "ztsnmp/Printer.h"
-
 namespace {
 
 TEST(Target, RefusesValuesOutOfRange) {
@@ -17,18 +15,18 @@ TEST(Target, RefusesValuesOutOfRange) {
   for (int seconds : {1, 60}) EXPECT_EQ(target.setTimeout(seconds), 0);
   EXPECT_EQ(target.getTimeout(), 60);
 
+  const std::string longest(25, 'c');
+  const Target named(IPv6Address("::1"), "r", longest.c_str());
+  EXPECT_EQ(named.isValid(), 0);
+  EXPECT_STREQ(named.getReadCommunity(), "r");
+  EXPECT_EQ(named.getWriteCommunity(), longest);
+  EXPECT_EQ(Target(IPv6Address("::1"), longest.c_str(), "w").isValid(), 0);
   for (const char* bad : {static_cast<const char*>(nullptr), "", "cccccccccccccccccccccccccc"}) {
     EXPECT_EQ(target.setReadCommunity(bad), -51);
     EXPECT_EQ(target.setWriteCommunity(bad), -51);
   }
   EXPECT_STREQ(target.getReadCommunity(), "public");
   EXPECT_STREQ(target.getWriteCommunity(), "public");
-  for (const std::string& community : {std::string("c"), std::string(25, 'c')}) {
-    const Target named(IPv6Address("::1"), "r", community.c_str());
-    EXPECT_EQ(named.isValid(), 0);
-    EXPECT_STREQ(named.getReadCommunity(), "r");
-    EXPECT_EQ(named.getWriteCommunity(), community);
-  }
 }
 
 TEST(Target, NeedsOneAddressOfAnyKind) {
@@ -37,7 +35,6 @@ TEST(Target, NeedsOneAddressOfAnyKind) {
   EXPECT_EQ(Target(IPXAddress("00000001", "000000000002")).isValid(), 0);
   EXPECT_EQ(Target(PhysAddress("000000000002")).isValid(), 0);
   EXPECT_EQ(Target(IPAddress("10.0.0.256")).isValid(), -23);
-  EXPECT_EQ(Printer().getStatus().getValue(), -1);  // not known
 
   Target target;
   EXPECT_EQ(target.setIPv6Address(IPv6Address()), -3);
@@ -84,23 +81,16 @@ TEST(Target, ResolvesNumericTextsByItself) {
   Target target;
   EXPECT_EQ(target.setAgentAddress(nullptr), -52);
   EXPECT_EQ(target.ResolveAddress(), -52);
-  EXPECT_EQ(target.setAgentAddress("10.0.0.9"), 0);
-  EXPECT_EQ(target.isValid(), -23);
-  EXPECT_EQ(target.ResolveAddress(), 0);
-  EXPECT_TRUE(target.isAddressResolved());
-  EXPECT_STREQ(target.getIPAddress().getValue(), "10.0.0.9");
-
-  EXPECT_EQ(target.setAgentAddress("fe80::5%3"), 0);
-  EXPECT_FALSE(target.isAddressResolved());
-  EXPECT_EQ(target.ResolveAddress(), 0);
-  EXPECT_STREQ(target.getIPv6Address(0).getValue(), "fe80::5%3");
+  for (const char* text : {"10.0.0.9", "fe80::5%3"}) {
+    EXPECT_EQ(target.setAgentAddress(text), 0);
+    EXPECT_FALSE(target.isAddressResolved());
+    EXPECT_EQ(target.ResolveAddress(), 0);
+    EXPECT_TRUE(target.isAddressResolved());
+  }
   EXPECT_STREQ(target.getIPAddress().getValue(), "10.0.0.9");  // stays
-
+  EXPECT_STREQ(target.getIPv6Address(0).getValue(), "fe80::5%3");
   EXPECT_EQ(target.setAgentAddress(""), 0);
   EXPECT_EQ(target.ResolveAddress(), -32);
-  EXPECT_EQ(target.setAgentAddress("no such host!"), 0);
-  EXPECT_LT(target.ResolveAddress(), 0);
-  EXPECT_FALSE(target.isAddressResolved());
 }
 
 }  // namespace
