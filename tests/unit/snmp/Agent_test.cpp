@@ -8,16 +8,16 @@
 #include <string>
 
 #include "PDUText.h"
+#include "SNMPTest.h"
 #include "Sockets.h"
 
 namespace {
 
 const std::string kRoot = "1.3.6.1.4.1.53017.99.";
 
-class AgentTest : public testing::Test {
+class AgentTest : public SNMPTest {
  protected:
-  void SetUp() override {
-    ASSERT_EQ(SNMPStartup(), 0);
+  AgentTest() {
     target.setAgentAddress("127.0.0.1");
     target.setWriteCommunity("secret");
   }
@@ -25,21 +25,17 @@ class AgentTest : public testing::Test {
     // A new handle gets the lowest free number. After the first test the system has what it keeps for itself.
     static const auto first = ztsnmp::Socket::open(ztsnmp::Family::IPv4).handle();
     EXPECT_EQ(ztsnmp::Socket::open(ztsnmp::Family::IPv4).handle(), first) << "a handle is left behind";
-    SNMPCleanup();
   }
 
-  static VarBind named(const std::string& name) { return VarBind{OID((kRoot + name).c_str())}; }
+  void ask(const std::string& name) { pdu.addVarBind(VarBind{OID((kRoot + name).c_str())}); }
 
-  int get(ReqRespPDU& pdu) { return told(&SNMPManager::get, "get-request", "public", pdu); }
-  int getNext(ReqRespPDU& pdu) { return told(&SNMPManager::getNext, "get-next-request", "public", pdu); }
-  int set(ReqRespPDU& pdu) { return told(&SNMPManager::set, "set-request", target.getWriteCommunity(), pdu); }
-
-  SNMPManager manager;
-  Target target;
+  int get() { return told(&SNMPManager::get, "get-request", "public"); }
+  int getNext() { return told(&SNMPManager::getNext, "get-next-request", "public"); }
+  int set() { return told(&SNMPManager::set, "set-request", target.getWriteCommunity()); }
 
  private:
-  int told(int (SNMPManager::*operation)(ReqRespPDU&, Target&) noexcept, const std::string& kind, const char* community,
-           ReqRespPDU& pdu) {
+  int told(int (SNMPManager::*operation)(ReqRespPDU&, Target&) noexcept, const std::string& kind,
+           const char* community) {
     const std::string sent = textOf(pdu, kind == "set-request");
     std::printf("PACKET %s version 0 id 0 community %s error 0 0%s\n", kind.c_str(), community, sent.c_str());
     const int status = (manager.*operation)(pdu, target);
@@ -50,10 +46,9 @@ class AgentTest : public testing::Test {
 };
 
 TEST_F(AgentTest, GetsEachTypeInOneRequest) {
-  ReqRespPDU pdu;
-  for (int i = 1; i <= 6; ++i) pdu.addVarBind(named("1." + std::to_string(i) + ".0"));
+  for (int i = 1; i <= 6; ++i) ask("1." + std::to_string(i) + ".0");
   pdu.addVarBind(VarBind{OID("1.3.6.1.2.1.4.20.1.1.127.0.0.1")});
-  EXPECT_EQ(get(pdu), 0);
+  EXPECT_EQ(get(), 0);
   std::string values;
   for (unsigned i = 0; i < 7; ++i) {
     const SNMPDataType& value = pdu.getVarBind(i).getValue();
@@ -64,18 +59,16 @@ TEST_F(AgentTest, GetsEachTypeInOneRequest) {
 }
 
 TEST_F(AgentTest, TellsWhichObjectThereIsNot) {
-  ReqRespPDU pdu;
-  for (const char* name : {"1.1.0", "1.99.0", "1.2.0"}) pdu.addVarBind(named(name));
-  EXPECT_EQ(get(pdu), -53);
+  for (const char* name : {"1.1.0", "1.99.0", "1.2.0"}) ask(name);
+  EXPECT_EQ(get(), -53);
   EXPECT_EQ(pdu.getErrorStatus(), 2);  // noSuchName
   EXPECT_EQ(pdu.getErrorIndex(), 2);
 }
 
 TEST_F(AgentTest, WalksATableWithGaps) {
-  ReqRespPDU pdu;
-  pdu.addVarBind(named("2"));
+  ask("2");
   std::string rows;
-  while (getNext(pdu) == 0 && textOf(pdu).starts_with(' ' + kRoot + "2.")) {
+  while (getNext() == 0 && textOf(pdu).starts_with(' ' + kRoot + "2.")) {
     rows += textOf(pdu).substr(1 + kRoot.size()) + ' ';
     pdu.getVarBind(0).setValue(Null());  // an empty text would not be sent
   }
@@ -83,16 +76,15 @@ TEST_F(AgentTest, WalksATableWithGaps) {
 }
 
 TEST_F(AgentTest, SetsWhatMayBeSet) {
-  ReqRespPDU pdu;
-  pdu.addVarBind(named("1.7.0"));
-  pdu.addVarBind(named("1.8.0"));
+  ask("1.7.0");
+  ask("1.8.0");
   pdu.getVarBind(0).setValue(Integer(-70000));
   pdu.getVarBind(1).setValue(OctetString("new text", 8));
-  EXPECT_EQ(set(pdu), 0);
-  EXPECT_EQ(get(pdu), 0);
+  EXPECT_EQ(set(), 0);
+  EXPECT_EQ(get(), 0);
   EXPECT_EQ(textOf(pdu), ' ' + kRoot + "1.7.0=-70000 " + kRoot + "1.8.0=new text");
   target.setWriteCommunity("public");
-  EXPECT_EQ(set(pdu), -53);
+  EXPECT_EQ(set(), -53);
   EXPECT_GT(pdu.getErrorStatus(), 0);
 }
 

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "ztsnmp/ztsnmp.h"
+#include "SNMPTest.h"
 
 namespace {
 
@@ -31,18 +31,13 @@ void keepStatus(EnumDetectionStatType status) {
   if (statuses.empty() || statuses.back() != status) statuses.push_back(status);
 }
 
-class DiscoveryTest : public testing::Test {
+class DiscoveryTest : public SNMPTest {
  protected:
-  void SetUp() override {
-    ASSERT_EQ(SNMPStartup(), 0);
+  DiscoveryTest() {
     answers.clear();
     statuses.clear();
     pdu.addVarBind(VarBind{OID(kSysName.c_str())});
   }
-  void TearDown() override { SNMPCleanup(); }
-
-  SNMPManager manager;
-  ReqRespPDU pdu;
 };
 
 TEST_F(DiscoveryTest, FindsAllPrintersOverBothProtocols) {
@@ -55,7 +50,7 @@ TEST_F(DiscoveryTest, FindsAllPrintersOverBothProtocols) {
   EXPECT_EQ(answers, all);
   EXPECT_EQ(statuses, (std::vector<int>{DetectionStarted, DetectionAnswered, DetectionFinished}));
 
-  Target target{IPv6Address(secondPrinter.c_str())};
+  target.setIPv6Address(IPv6Address(secondPrinter.c_str()));
   EXPECT_EQ(manager.get(pdu, target), 0);
   EXPECT_STREQ(pdu.getVarBind(0).getValue().toString(), "printer-2");
 }

@@ -9,25 +9,19 @@
 #include "Inherited.h"
 #include "OwnNetwork.h"
 #include "SNMPPeer.h"
-#include "ztsnmp/ztsnmp.h"
+#include "SNMPTest.h"
 
 namespace {
 
 using zt::SNMPPeer;
 
-class NetworkTest : public testing::Test {
+class NetworkTest : public SNMPTest {
  protected:
-  void SetUp() override {
-    ASSERT_EQ(SNMPStartup(), 0);
+  NetworkTest() {
     pdu.addVarBind(VarBind{OID("1.3.6.1")});
     target.setAgentAddress("127.0.0.1");
     target.setTimeout(1);
   }
-  void TearDown() override { SNMPCleanup(); }
-
-  SNMPManager manager;
-  ReqRespPDU pdu;
-  Target target;
 };
 
 // What a get, a get-next and a set bring is seen in Agent_test.cpp.
