@@ -10,7 +10,7 @@
 #include "HexBytes.h"
 #include "IPInterface.h"
 #include "OwnNetwork.h"
-#include "ztsnmp/SNMPManager.h"
+#include "SNMPTest.h"
 
 namespace {
 
@@ -24,7 +24,7 @@ bool give(const std::string& device, const std::string& address) {
 }
 
 // Two adapters that are joined, "near" and "far".
-class Adapters : public testing::Test {
+class Adapters : public SNMPTest {
  protected:
   void SetUp() override {
     if (!hasOwnNetwork()) GTEST_SKIP();
@@ -76,16 +76,12 @@ TEST_F(Adapters, OfVeryManyAddressesAreUsedInPart) {
 // "near" has an address, and no way to all hosts; the loopback has one, where nobody answers.
 TEST_F(Adapters, ThatReachNobodyDoNotFailABroadcast) {
   static std::string told;
-  SNMPManager manager;
-  ReqRespPDU pdu;
   pdu.addVarBind(VarBind{OID("1.3.6.1")});
   const auto ignore = [](ReqRespPDU&, NetworkAddress*) {};
   const auto keep = [](EnumDetectionStatType status) { told += std::to_string(status); };
   int count = 0;
   IPAddress none;
-  EXPECT_TRUE(
-      run("ip addr del 127.0.0.1/8 dev lo &&"
-          "ip -6 route del multicast ff00::/8 dev near table local"));
+  EXPECT_TRUE(run("ip addr del 127.0.0.1/8 dev lo && ip -6 route del multicast ff00::/8 dev near table local"));
   EXPECT_EQ(manager.broadcast(pdu, nullptr, ignore, keep, 1), -57);
   EXPECT_TRUE(run("ip addr add 127.0.0.1/8 dev lo"));
   EXPECT_EQ(manager.broadcast(pdu, nullptr, ignore, keep, 1), 0);

@@ -11,8 +11,10 @@ TEST(VarBind, HoldsWhatIsAValue) {
   EXPECT_EQ(binding.setValue(PhysAddress("000000000001")), -16);
   EXPECT_EQ(binding.setValue(IPXAddress()), -16);
   EXPECT_STREQ(binding.getValue().toString(), "fe80::1");
+  EXPECT_EQ(binding.setValue(Null()), 0);
+  for (const VarBind& empty : {binding, VarBind()}) EXPECT_EQ(empty.getValue().getDataType(), DataTypeNull);
+  EXPECT_TRUE(binding.hasValue());
   EXPECT_FALSE(VarBind().hasValue());
-  EXPECT_EQ(VarBind().getValue().getDataType(), DataTypeNull);
 }
 
 TEST(ReqRespPDU, ChecksItsBindings) {
