@@ -7,12 +7,12 @@ cd "$(dirname "$0")"
 export seconds=${1:-60}
 
 tools/install-packages.sh build test
-cmake -G Ninja -S tests/fuzz -B build/fuzz -DCMAKE_BUILD_TYPE=RelWithDebInfo -DCMAKE_CXX_COMPILER=clang++ >/dev/null
+cmake -G Ninja -S fuzz -B build/fuzz -DCMAKE_BUILD_TYPE=RelWithDebInfo -DCMAKE_CXX_COMPILER=clang++ >/dev/null
 cmake --build build/fuzz >/dev/null
 mkdir -p build/fuzz/found
 
 # The seeds are kept as hexadecimal text, one a line; the corpus grows with each run.
-for seeds in tests/fuzz/seeds/*.hex; do
+for seeds in fuzz/seeds/*.hex; do
   target=$(basename "$seeds" .hex)
   mkdir -p "build/fuzz/corpus/$target"
   number=0
@@ -32,4 +32,4 @@ run_target() {
   return $status
 }
 export -f run_target
-basename -s .hex tests/fuzz/seeds/*.hex | xargs -P "$(nproc)" -I{} bash -euc 'run_target {}'
+basename -s .hex fuzz/seeds/*.hex | xargs -P "$(nproc)" -I{} bash -euc 'run_target {}'

@@ -10,7 +10,7 @@
 #include "HexBytes.h"
 #include "IPInterface.h"
 #include "OwnNetwork.h"
-#include "ztsnmp/SNMPManager.h"
+#include "SNMPTest.h"
 
 namespace {
 
@@ -24,13 +24,12 @@ bool give(const std::string& device, const std::string& address) {
 }
 
 // Two adapters that are joined, "near" and "far".
-class Adapters : public testing::Test {
+class Adapters : public SNMPTest {
  protected:
   void SetUp() override {
     if (!hasOwnNetwork()) GTEST_SKIP();
-    ASSERT_TRUE(
-        run("ip link add near type veth peer name far && ip link set near addrgenmode none up &&"
-            "ip link set far addrgenmode none up"));
+    ASSERT_TRUE(run("ip link add near type veth peer name far"));
+    for (const std::string device : {"near", "far"}) EXPECT_TRUE(run("ip link set " + device + " addrgenmode none up"));
     ASSERT_TRUE(give("near", "fe80::a1"));
   }
   void TearDown() override { EXPECT_TRUE(IsSkipped() || run("ip link del near")); }
@@ -77,16 +76,12 @@ TEST_F(Adapters, OfVeryManyAddressesAreUsedInPart) {
 // "near" has an address, and no way to all hosts; the loopback has one, where nobody answers.
 TEST_F(Adapters, ThatReachNobodyDoNotFailABroadcast) {
   static std::string told;
-  SNMPManager manager;
-  ReqRespPDU pdu;
   pdu.addVarBind(VarBind{OID("1.3.6.1")});
   const auto ignore = [](ReqRespPDU&, NetworkAddress*) {};
   const auto keep = [](EnumDetectionStatType status) { told += std::to_string(status); };
   int count = 0;
   IPAddress none;
-  EXPECT_TRUE(
-      run("ip addr del 127.0.0.1/8 dev lo &&"
-          "ip -6 route del multicast ff00::/8 dev near table local"));
+  EXPECT_TRUE(run("ip addr del 127.0.0.1/8 dev lo && ip -6 route del multicast ff00::/8 dev near table local"));
   EXPECT_EQ(manager.broadcast(pdu, nullptr, ignore, keep, 1), -57);
   EXPECT_TRUE(run("ip addr add 127.0.0.1/8 dev lo"));
   EXPECT_EQ(manager.broadcast(pdu, nullptr, ignore, keep, 1), 0);

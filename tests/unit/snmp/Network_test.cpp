@@ -4,34 +4,24 @@
 
 #include <chrono>
 
-#include "HandleCount.h"
 #include "HexBytes.h"
 #include "IPInterface.h"
+#include "Inherited.h"
 #include "OwnNetwork.h"
 #include "SNMPPeer.h"
-#include "ztsnmp/ztsnmp.h"
+#include "SNMPTest.h"
 
 namespace {
 
 using zt::SNMPPeer;
 
-/// An answer with community "x".
-const Bytes kGood =
-    fromHex("30 1D 02 01 00 04 01 78 A2 15 02 01 00 02 01 00 02 01 00 30 0A 30 08 06 03 2B 06 01 04 01 61");
-
-class NetworkTest : public testing::Test {
+class NetworkTest : public SNMPTest {
  protected:
-  void SetUp() override {
-    ASSERT_EQ(SNMPStartup(), 0);
+  NetworkTest() {
     pdu.addVarBind(VarBind{OID("1.3.6.1")});
     target.setAgentAddress("127.0.0.1");
     target.setTimeout(1);
   }
-  void TearDown() override { SNMPCleanup(); }
-
-  SNMPManager manager;
-  ReqRespPDU pdu;
-  Target target;
 };
 
 // What a get, a get-next and a set bring is seen in Agent_test.cpp.
@@ -47,10 +37,9 @@ TEST_F(NetworkTest, FindsTheAgent) {
   target.setIPAddressOrder(OrderIPv4Only);
   for (const auto& row : rows) {
     SNMPPeer agent(row.agent);
-    agent.rawAnswers = {kGood};
+    agent.Set("1.3.6.1", "a");
     target.setAgentAddress(row.address);
     EXPECT_EQ(manager.get(pdu, target), 0) << row.address;
-    EXPECT_TRUE(target.isAddressResolved());
     EXPECT_STREQ(pdu.getVarBind(0).getValue().toString(), "a");
   }
 }
@@ -58,7 +47,7 @@ TEST_F(NetworkTest, FindsTheAgent) {
 TEST_F(NetworkTest, AnAddressThatNothingCanBeSentToIsPassedOver) {
   if (!hasOwnNetwork()) GTEST_SKIP();
   SNMPPeer agent;
-  agent.rawAnswers = {kGood};
+  agent.Set("1.3.6.1", "a");
   Target both(IPAddress("127.0.0.1"));
   both.setIPv6Address(IPv6Address("fe80::1"));  // there is no IPv6 here
   both.setIPAddressOrder(OrderIPv6First);
@@ -94,13 +83,10 @@ TEST_F(NetworkTest, BadInputSendsNothing) {
   SNMPPeer agent;
   Target nowhere;
   EXPECT_EQ(manager.get(pdu, nowhere), -23);
-  Target unnamed;
-  unnamed.setAgentAddress("");
-  EXPECT_EQ(manager.get(pdu, unnamed), -32);
+  nowhere.setAgentAddress("");
+  EXPECT_EQ(manager.get(pdu, nowhere), -32);
   ReqRespPDU empty;
   EXPECT_EQ(manager.get(empty, target), -8);
-  pdu.getVarBind(0).setValue(OctetString());
-  EXPECT_EQ(manager.set(pdu, target), -58);
   for (int i = 0; i < 200; ++i) empty.addVarBind(VarBind{OID("1.3.6.1.2.1.43.11.1.1.6.1")});
   EXPECT_EQ(manager.get(empty, target), -53);  // it is too long now
   EXPECT_EQ(empty.getErrorStatus(), 0);
@@ -116,19 +102,16 @@ TEST_F(NetworkTest, TransportChecksItsInput) {
   Bytes buffer(10);
   std::size_t received = 0;
   ztsnmp::IPInterface transport;
-  EXPECT_EQ(transport.getAddressingMode(), 2);
-  EXPECT_EQ(transport.getProtocol(), -2002);
   EXPECT_EQ(transport.transmitTo("127.0.0.1", data), -32);
   EXPECT_EQ(transport.broadcast(data), -32);
   EXPECT_EQ(transport.receive(buffer, received, nullptr), -32);
 
-  ASSERT_EQ(transport.initialize(), 0);
-  EXPECT_EQ(transport.initialize(), 0);
-  EXPECT_EQ(transport.transmitTo(nullptr, data), -40);
+  for (int again = 0; again < 2; ++again) EXPECT_EQ(transport.initialize(), 0);
+  // Names are resolved earlier; there is no socket for the last address.
+  for (const char* address : {static_cast<const char*>(nullptr), "printer", "fe80::1%1"}) {
+    EXPECT_EQ(transport.transmitTo(address, data), -40);
+  }
   EXPECT_EQ(transport.transmitTo("127.0.0.1", {}), -40);
-  EXPECT_EQ(transport.transmitTo("printer", data), -40);    // names are resolved earlier
-  EXPECT_EQ(transport.transmitTo("fe80::1%1", data), -40);  // no socket of that family here
-  EXPECT_EQ(transport.transmit(Target(), data), -40);
   EXPECT_EQ(transport.transmit(Target(IPAddress("127.0.0.1")), data), 0);
   EXPECT_EQ(transport.broadcast({}), -36);
   EXPECT_EQ(transport.receive({}, received, nullptr), -44);

@@ -1,51 +1,20 @@
 #include <gtest/gtest.h>
 
-#include <string>
-
-#include "ztsnmp/ztsnmp.h"
+#include "PDUText.h"
 
 namespace {
 
-VarBind binding(const char* name, const SNMPDataType& value) {
-  VarBind result{OID(name)};
-  EXPECT_EQ(result.setValue(value), 0);
-  return result;
-}
-
-std::string names(const ReqRespPDU& pdu) {
-  std::string text;
-  for (int i = 0; i < pdu.getVarBindCount(); ++i) {
-    text += std::string(pdu.getVarBind(static_cast<unsigned>(i)).getOID().getValue()) + ' ';
-  }
-  return text;
-}
-
-TEST(VarBind, HoldsCopiesOfWhatIsAValue) {
-  const auto check = [](const SNMPDataType& value) {
-    const VarBind original = binding("1.3", value);
-    VarBind copy(original);
-    copy = copy;
-    EXPECT_EQ(copy.getValue().getDataType(), value.getDataType());
-    EXPECT_STREQ(copy.getValue().toString(), value.toString());
-    EXPECT_NE(&copy.getValue(), &original.getValue());
-  };
-  check(Integer(-5));
-  check(OctetString("abc", 3));
-  check(OID("1.2"));
-  check(IPAddress("1.2.3.4"));
-  check(IPv6Address("fe80::1"));  // the class behind the shared tag
-  check(Counter(5));
-  check(Gauge(6));
-  check(TimeTicks(7));
-
-  VarBind target = binding("1.3", Integer(1));
-  EXPECT_EQ(target.setValue(PhysAddress("000000000001")), -16);
-  EXPECT_EQ(target.setValue(IPXAddress()), -16);
-  EXPECT_STREQ(target.getValue().toString(), "1");
+TEST(VarBind, HoldsWhatIsAValue) {
+  VarBind binding = bound("1.3", IPv6Address("fe80::1"));
+  binding = VarBind(binding);
+  EXPECT_STREQ(binding.getValue().toString(), "fe80::1");  // not an IPAddress, which has the same tag
+  EXPECT_EQ(binding.setValue(PhysAddress("000000000001")), -16);
+  EXPECT_EQ(binding.setValue(IPXAddress()), -16);
+  EXPECT_STREQ(binding.getValue().toString(), "fe80::1");
+  EXPECT_EQ(binding.setValue(Null()), 0);
+  for (const VarBind& empty : {binding, VarBind()}) EXPECT_EQ(empty.getValue().getDataType(), DataTypeNull);
+  EXPECT_TRUE(binding.hasValue());
   EXPECT_FALSE(VarBind().hasValue());
-  EXPECT_EQ(VarBind().getValue().getDataType(), DataTypeNull);
-  EXPECT_EQ(VarBind().isValid(), 0);
-  EXPECT_EQ(binding("1.3", IPAddress()).isValid(), -3);
 }
 
 TEST(ReqRespPDU, ChecksItsBindings) {
@@ -53,42 +22,33 @@ TEST(ReqRespPDU, ChecksItsBindings) {
   ReqRespPDU pdu;
   const VarBind good{OID("1.3")};
   ASSERT_EQ(pdu.addVarBind(good), 0);
-  const VarBind emptyText = binding("1.3", OctetString());  // valid by itself, not in a request
-  const VarBind badAddress = binding("1.3", IPAddress());
-  for (const VarBind& bad : {emptyText, badAddress}) {
+  // An empty text is valid by itself, and not in a request.
+  for (const VarBind& bad : {bound("1.3", OctetString()), bound("1.3", IPAddress())}) {
     EXPECT_EQ(pdu.addVarBind(bad), -9);
     EXPECT_EQ(pdu.setVarBind(0, bad), -9);
     EXPECT_EQ(pdu.setVarBindList(&bad, 1), -9);
+    EXPECT_EQ(ReqRespPDU(&bad, 1).getVarBindCount(), 0);
   }
   EXPECT_EQ(pdu.setVarBind(1, good), -9);
   EXPECT_EQ(pdu.setVarBindList(nullptr, 1), -9);
   EXPECT_EQ(pdu.setVarBindList(&good, 0), -9);
-  EXPECT_EQ(pdu.getVarBindCount(), 1);
   EXPECT_EQ(pdu.isValid(), 0);
-
   pdu.getVarBind(0).setValue(OctetString());
   EXPECT_EQ(pdu.isValid(), -58);
-  EXPECT_EQ(ReqRespPDU(&emptyText, 1).getVarBindCount(), 0);
 }
 
 TEST(ReqRespPDU, KeepsItsListInOrder) {
   ReqRespPDU pdu;
   for (const char* name : {"1.1", "1.2", "1.3"}) EXPECT_EQ(pdu.addVarBind(VarBind{OID(name)}), 0);
   EXPECT_EQ(pdu.addVarBind(pdu.getVarBind(0)), 0);  // one of its own
-  EXPECT_EQ(names(pdu), "1.1 1.2 1.3 1.1 ");
-
   ReqRespPDU copy(pdu);
   EXPECT_EQ(copy.deleteVarBind(1), 0);
-  EXPECT_EQ(names(copy), "1.1 1.3 1.1 ");
   EXPECT_EQ(copy.deleteVarBind(3), -9);
+  EXPECT_EQ(textOf(copy), " 1.1= 1.3= 1.1=");
   EXPECT_EQ(copy.setVarBindList(pdu.getVarBindList() + 1, 2), 0);
   EXPECT_EQ(copy.setVarBindList(copy.getVarBindList(), 2), 0);
-  EXPECT_EQ(names(copy), "1.2 1.3 ");
-  EXPECT_EQ(names(pdu), "1.1 1.2 1.3 1.1 ");
-  copy = pdu;
-  while (copy.getVarBindCount() > 0) EXPECT_EQ(copy.deleteVarBind(0), 0);
-  EXPECT_EQ(copy.isValid(), -8);
-  EXPECT_EQ(copy.addVarBind(pdu.getVarBind(1)), 0);
+  EXPECT_EQ(textOf(copy), " 1.2= 1.3=");
+  EXPECT_EQ(textOf(pdu), " 1.1= 1.2= 1.3= 1.1=");
 }
 
 TEST(SNMPManager, HasNoTrapService) {

@@ -4,18 +4,7 @@
 
 #include <string>
 
-#include "ztsnmp/Printer.h"
-
 namespace {
-
-std::string walk(Target& target) {
-  std::string visited;
-  for (const NetworkAddress* address = target.getFirstAddress(); address != nullptr;
-       address = target.getNextAddress()) {
-    visited += std::string(address->getValue()) + ' ';
-  }
-  return visited;
-}
 
 TEST(Target, RefusesValuesOutOfRange) {
   Target target;
@@ -26,18 +15,18 @@ TEST(Target, RefusesValuesOutOfRange) {
   for (int seconds : {1, 60}) EXPECT_EQ(target.setTimeout(seconds), 0);
   EXPECT_EQ(target.getTimeout(), 60);
 
+  const std::string longest(25, 'c');
+  const Target named(IPv6Address("::1"), "r", longest.c_str());
+  EXPECT_EQ(named.isValid(), 0);
+  EXPECT_STREQ(named.getReadCommunity(), "r");
+  EXPECT_EQ(named.getWriteCommunity(), longest);
+  EXPECT_EQ(Target(IPv6Address("::1"), longest.c_str(), "w").isValid(), 0);
   for (const char* bad : {static_cast<const char*>(nullptr), "", "cccccccccccccccccccccccccc"}) {
     EXPECT_EQ(target.setReadCommunity(bad), -51);
     EXPECT_EQ(target.setWriteCommunity(bad), -51);
   }
   EXPECT_STREQ(target.getReadCommunity(), "public");
   EXPECT_STREQ(target.getWriteCommunity(), "public");
-  EXPECT_EQ(target.setReadCommunity(std::string(25, 'c').c_str()), 0);
-  EXPECT_EQ(target.getReadCommunity(), std::string(25, 'c'));
-  EXPECT_EQ(target.setIPAddress(IPAddress()), -3);
-  EXPECT_EQ(target.setIPXAddress(IPXAddress()), -5);
-  EXPECT_EQ(target.setPhysAddress(PhysAddress()), -11);
-  EXPECT_EQ(target.setIPv6Address(IPv6Address()), -3);
 }
 
 TEST(Target, NeedsOneAddressOfAnyKind) {
@@ -46,81 +35,62 @@ TEST(Target, NeedsOneAddressOfAnyKind) {
   EXPECT_EQ(Target(IPXAddress("00000001", "000000000002")).isValid(), 0);
   EXPECT_EQ(Target(PhysAddress("000000000002")).isValid(), 0);
   EXPECT_EQ(Target(IPAddress("10.0.0.256")).isValid(), -23);
-  EXPECT_EQ(Printer().getStatus().getValue(), -1);  // not known
-  for (const std::string& community : {std::string("c"), std::string(25, 'c')}) {
-    const Target named(IPv6Address("::1"), "r", community.c_str());
-    EXPECT_EQ(named.isValid(), 0);
-    EXPECT_STREQ(named.getReadCommunity(), "r");
-    EXPECT_EQ(named.getWriteCommunity(), community);
-  }
-}
 
-TEST(Target, HoldsTenIPv6Addresses) {
   Target target;
+  EXPECT_EQ(target.setIPv6Address(IPv6Address()), -3);
   for (int i = 0; i < 10; ++i) EXPECT_EQ(target.setIPv6Address(IPv6Address("fe80::1")), 0);
   EXPECT_EQ(target.setIPv6Address(IPv6Address("fe80::1")), -1);
-  EXPECT_EQ(target.getIPv6AddressCount(), 10);
   EXPECT_STREQ(target.getIPv6Address(9).getValue(), "fe80::1");
   for (int index : {-1, 10}) EXPECT_EQ(target.getIPv6Address(index).isValid(), -3);
 }
 
 TEST(Target, WalksInTheOrderWanted) {
-  const std::string v4 = "10.0.0.1 ";
   const struct {
     int order;
-    bool ipv4;
+    const char* ipv4;
     int ipv6;
-    std::string visited;
+    const char* visited;
   } rows[] = {
-      {1, true, 2, v4},
-      {2, true, 2, "::1 ::2 "},
-      {4, true, 0, v4},
-      {4, true, 2, v4 + "::1 ::2 "},
-      {4, false, 3, "::1 ::1 ::2 "},  // the last one is never reached, on purpose
-      {4, false, 1, "::1 "},
-      {8, true, 2, "::1 ::2 " + v4},
-      {8, false, 2, "::1 ::2 "},
-      {3, true, 2, ""},  // no such order
+      {OrderIPv4Only, "10.0.0.1", 2, "10.0.0.1 "},
+      {OrderIPv6Only, "10.0.0.1", 2, "::1 ::2 "},
+      {OrderIPv4First, "10.0.0.1", 0, "10.0.0.1 "},
+      {OrderIPv4First, "10.0.0.1", 2, "10.0.0.1 ::1 ::2 "},
+      {OrderIPv4First, "", 3, "::1 ::1 ::2 "},  // the last one is never reached, on purpose
+      {OrderIPv4First, "", 1, "::1 "},
+      {OrderIPv6First, "10.0.0.1", 2, "::1 ::2 10.0.0.1 "},
+      {OrderIPv6First, "", 2, "::1 ::2 "},
+      {3, "10.0.0.1", 2, ""},  // no such order
   };
   for (const auto& row : rows) {
     Target target;
-    EXPECT_EQ(target.getNextAddress(), nullptr);
-    if (row.ipv4) target.setIPAddress(IPAddress("10.0.0.1"));
+    target.setIPAddress(IPAddress(row.ipv4));
     for (int i = 1; i <= row.ipv6; ++i) target.setIPv6Address(IPv6Address(("::" + std::to_string(i)).c_str()));
     if (row.order != OrderIPv4First) target.setIPAddressOrder(row.order);  // else as it comes
     for (const char* time : {"first", "again"}) {
-      EXPECT_EQ(walk(target), row.visited) << row.order << ' ' << row.ipv4 << ' ' << row.ipv6 << ' ' << time;
       EXPECT_EQ(target.getNextAddress(), nullptr);
+      std::string visited;
+      for (auto* at = target.getFirstAddress(); at != nullptr; at = target.getNextAddress()) {
+        visited += std::string(at->getValue()) + ' ';
+      }
+      EXPECT_EQ(visited, row.visited) << row.order << ' ' << row.ipv6 << ' ' << time;
     }
   }
 }
 
 TEST(Target, ResolvesNumericTextsByItself) {
-  EXPECT_EQ(Target::isValidIPv4Address("1.2.3.4"), 1);
-  EXPECT_EQ(Target::isValidIPv4Address("::1"), 0);
-  EXPECT_EQ(Target::isValidIPv6Address("::1"), 1);
-  EXPECT_EQ(Target::isValidIPv6Address(nullptr), 0);
   Target target;
   EXPECT_EQ(target.setAgentAddress(nullptr), -52);
   EXPECT_EQ(target.ResolveAddress(), -52);
-  EXPECT_EQ(target.setAgentAddress("10.0.0.9"), 0);
-  EXPECT_FALSE(target.isAddressResolved());
-  EXPECT_EQ(target.isValid(), -23);
-  EXPECT_EQ(target.ResolveAddress(), 0);
-  EXPECT_TRUE(target.isAddressResolved());
-  EXPECT_STREQ(target.getIPAddress().getValue(), "10.0.0.9");
-
-  EXPECT_EQ(target.setAgentAddress("fe80::5%3"), 0);
-  EXPECT_FALSE(target.isAddressResolved());
-  EXPECT_EQ(target.ResolveAddress(), 0);
-  EXPECT_STREQ(target.getIPv6Address(0).getValue(), "fe80::5%3");
+  for (const char* text : {"10.0.0.9", "fe80::5%3"}) {
+    EXPECT_EQ(target.setAgentAddress(text), 0);
+    EXPECT_FALSE(target.isAddressResolved());
+    EXPECT_EQ(target.ResolveAddress(), 0);
+    EXPECT_TRUE(target.isAddressResolved());
+  }
   EXPECT_STREQ(target.getIPAddress().getValue(), "10.0.0.9");  // stays
-
+  EXPECT_STREQ(target.getIPv6Address(0).getValue(), "fe80::5%3");
   EXPECT_EQ(target.setAgentAddress(""), 0);
   EXPECT_EQ(target.ResolveAddress(), -32);
-  EXPECT_EQ(target.setAgentAddress("no such host!"), 0);
-  EXPECT_LT(target.ResolveAddress(), 0);
-  EXPECT_FALSE(target.isAddressResolved());
 }
 
 }  // namespace

@@ -8,31 +8,15 @@
 
 namespace {
 
-TEST(Numbers, TakeAllButTheLowestInteger) {
+TEST(Numbers, HaveTexts) {
   Integer value(7);
   EXPECT_EQ(value.setValue(INT_MIN), -2);
   EXPECT_EQ(value.getValue(), 7);
   EXPECT_EQ(Integer(INT_MIN).getValue(), 0);
-  EXPECT_STREQ(Integer(-INT_MAX).toString(), "-2147483647");
-  EXPECT_STREQ(TimeTicks(UINT_MAX).toString(), "4294967295");
-}
-
-// Programs store these numbers; most data types are on the wire in the tests of the codec.
-TEST(Addresses, TellTheirKind) {
-  EXPECT_EQ(IPv6Address().getDataType(), IPAddress().getDataType());  // shares the tag
-  EXPECT_EQ(IPXAddress().getDataType(), -1);
-  EXPECT_EQ(PhysAddress().getDataType(), -1);
-  EXPECT_EQ(IPAddress().getAddressType(), -1001);
-  EXPECT_EQ(IPXAddress().getAddressType(), -1002);
-  EXPECT_EQ(PhysAddress().getAddressType(), -1003);
-  EXPECT_EQ(IPv6Address().getAddressType(), -1004);
-}
-
-TEST(TimeTicks, AreFormattedWithoutEmptyParts) {
+  // Without empty parts; the blank stays.
   EXPECT_STREQ(TimeTicks(99).toFormattedString(), "");
-  EXPECT_STREQ(TimeTicks(6000).toFormattedString(), "1 Minutes ");  // the blank stays
+  EXPECT_STREQ(TimeTicks(6000).toFormattedString(), "1 Minutes ");
   EXPECT_STREQ(TimeTicks(8639999).toFormattedString(), "23 Hours 59 Minutes 59 Seconds");
-  EXPECT_STREQ(TimeTicks(9000).toFormattedString(), "1 Minutes 30 Seconds");
   EXPECT_STREQ(TimeTicks(8640000 + 360000).toFormattedString(), "1 Days 1 Hours ");
   EXPECT_STREQ(TimeTicks(UINT_MAX).toFormattedString(), "497 Days 2 Hours 27 Minutes 52 Seconds");
 }
@@ -40,9 +24,10 @@ TEST(TimeTicks, AreFormattedWithoutEmptyParts) {
 TEST(OctetString, HoldsUpTo1024Bytes) {
   const std::string bytes(1025, '\0');
   OctetString value("a\0b", 3);
+  EXPECT_STREQ(value.toString(), "a");
   EXPECT_EQ(value.setValue(bytes.data(), 1025), -6);
   EXPECT_EQ(value.setValue(nullptr, 0), -6);
-  const OctetString copy(value);
+  EXPECT_EQ(value.toHexString(), "610062");
   EXPECT_EQ(value.setValue(bytes.data(), 1024), 0);
   std::uint64_t length = 0;
   EXPECT_EQ(value.getValue(length)[1024], 0);  // the NUL that follows
@@ -50,10 +35,6 @@ TEST(OctetString, HoldsUpTo1024Bytes) {
   EXPECT_EQ(value.setValue("", 0), 0);
   EXPECT_EQ(value.isValid(), 0);                     // empty content is valid, on purpose ...
   EXPECT_EQ(OctetString::isValidValue("", 0), -58);  // ... and refused in requests
-  EXPECT_EQ(OctetString::isValidValue(nullptr, 1), -6);
-  EXPECT_EQ(value.toHexString(), "");
-  EXPECT_EQ(copy.toHexString(), "610062");
-  EXPECT_STREQ(copy.toString(), "a");
 }
 
 TEST(OctetString, RendersDateAndTime) {
@@ -128,12 +109,11 @@ TEST(HexAddresses, TakeTheirNumberOfDigits) {
 TEST(StatusTexts, AreLookedUpByAbsoluteValue) {
   const auto text = [](int status) { return std::string(SNMPManager::errorToString(status)); };
   EXPECT_EQ(text(-53), "SNMP : GET ERROR");
-  EXPECT_EQ(text(7), text(-7));
-  EXPECT_EQ(text(-124), "SNMP : DLC_RX_STATUSCHANGE_ERROR");
+  EXPECT_EQ(text(53), text(-53));
   EXPECT_EQ(text(125) + text(INT_MAX), "");
   std::uint32_t sum = 0;  // Programs look for these texts: none changes by mistake.
   for (int status = 0; status < 125; ++status) {
-    for (const char character : text(status)) sum = sum * 31 + static_cast<unsigned char>(character);
+    for (const char character : text(-status)) sum = sum * 31 + static_cast<unsigned char>(character);
   }
   EXPECT_EQ(sum, 673053738U);
 }

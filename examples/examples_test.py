@@ -10,7 +10,7 @@ import subprocess
 import sys
 import tempfile
 
-ROOT = pathlib.Path(__file__).resolve().parents[3]
+ROOT = pathlib.Path(__file__).resolve().parents[1]
 WITH_SNMPD = [sys.executable, "-m", "sim.with_snmpd"]
 WITH_PRINTERS = [sys.executable, "-m", "sim.with_printers"]
 PRINTERS = {*(f"10.9.0.10{n}" for n in range(1, 5)), "10.9.5.105", *(f"fe80::10{n}" for n in range(1, 6))}

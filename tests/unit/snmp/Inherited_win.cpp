@@ -1,10 +1,8 @@
+#include "Inherited.h"
+
 #include <winsock2.h>
 // winsock2.h must come first.
 #include <windows.h>
-
-#include <cstdint>
-
-#include "HandleCount.h"
 
 // Plays a Windows 7 that does not know the flag against inheritance; the library's import leads here.
 static SOCKET WSAAPI openSocket(int family, int type, int protocol, WSAPROTOCOL_INFOW*, GROUP, DWORD flags) {
@@ -12,16 +10,6 @@ static SOCKET WSAAPI openSocket(int family, int type, int protocol, WSAPROTOCOL_
 }
 extern "C" {
 decltype(&openSocket) __imp_WSASocketW = openSocket;
-}
-
-unsigned long handleCount() {
-  DWORD count = 0;
-  GetProcessHandleCount(GetCurrentProcess(), &count);
-  if (count != 0) return count;
-  // Wine does not count. There, a new handle gets the lowest free number.
-  const HANDLE event = CreateEventW(nullptr, TRUE, FALSE, nullptr);
-  CloseHandle(event);
-  return static_cast<unsigned long>(reinterpret_cast<std::uintptr_t>(event));
 }
 
 bool isInherited(std::intptr_t handle) {
