@@ -8,13 +8,6 @@
 
 namespace zt {
 
-struct TracedLine {
-  Severity severity;
-  std::string source;  // file name without folder and extension
-  std::string message;
-  bool operator==(const TracedLine&) const = default;
-};
-
 // TraceCapture collects, while it lives, what the code under test traces and writes to the debugger output, at level 4.
 // One at a time.
 class TraceCapture {
@@ -24,11 +17,10 @@ class TraceCapture {
   TraceCapture(const TraceCapture&) = delete;
   TraceCapture& operator=(const TraceCapture&) = delete;
 
-  // Texts are the lines as "level text", in order: {"3 not valid IO. bye~"}.
-  std::vector<std::string> Texts() const;
+  const std::vector<std::string>& Texts() const { return lines; }
   bool Has(std::string_view levelAndText) const;
 
-  std::vector<TracedLine> lines;
+  std::vector<std::string> lines;  // "level text", in order: {"3 not valid IO. bye~"}
   std::vector<std::string> debug;
 };
 
