@@ -62,8 +62,10 @@ TEST(TimeTextTest, CountsWholeDays) {
     EXPECT_EQ(IsWithinDaysOf(reference, text, row.days, otherwise), row.withinOf) << row.age << " " << row.days;
     EXPECT_EQ(IsWithinDaysOf("", text, row.days, now), row.withinOf) << row.age << " " << row.days;
   }
-  EXPECT_FALSE(IsWithinDaysOf("no time", reference, 7, now) || IsWithinDaysOf(reference, "", 7, now));
-  EXPECT_FALSE(IsWithinDays("", 7, now));
+  EXPECT_FALSE(IsWithinDaysOf("never", reference, 7, now));
+  for (const char* none : {"", "never"}) {
+    EXPECT_FALSE(IsWithinDays(none, 7, now) || IsWithinDaysOf(reference, none, 7, now)) << none;
+  }
 }
 
 }  // namespace
