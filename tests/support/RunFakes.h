@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <functional>
 #include <new>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -24,17 +25,16 @@ class RunWorld : public IZOLTDataProvider, public IZOLTReportResult, public IZOL
   std::string odd;                     // of these, those that answer the opposite of what they usually do
   std::vector<std::string> documents;  // shown or posted
 
-  std::string serialNumber = "SN1";
-  std::string countryIndex = "24";
+  std::string countryIndex = "1";
   ProtectionState protectionState = ProtectionState::None;
-  std::uint32_t tonerLife = 0;
+  std::uint32_t tonerLife = 200;
   bool jobsPending = false;
   bool memory = true;
   std::function<void(ServerAnswer&)> checkAnswer = [](ServerAnswer&) {};
   std::function<void(ServerAnswer&)> postAnswer = [](ServerAnswer&) {};
   bool agreement = false;
-  bool policyStored = false;
-  ServerPolicy policy;
+  std::optional<ServerPolicy> policy;  // as stored
+  bool showResult = false;
 
   bool Confirm(const std::string& document) {
     documents.push_back(document);
@@ -43,7 +43,7 @@ class RunWorld : public IZOLTDataProvider, public IZOLTReportResult, public IZOL
 
   // The printer
   bool Initialize(bool checkSupport) override { return Called("Initialize(", checkSupport ? "1)" : "0)"); }
-  bool GetSerialNumber(std::string& text) override { return Answer(serialNumber, text, "GetSerialNumber"); }
+  bool GetSerialNumber(std::string& text) override { return Answer(std::string("SN1"), text, "GetSerialNumber"); }
   std::string GetPrinterAddress() const override { return "P1"; }
   bool WaitForJobs(int maximumPolls, bool& pending) override {
     return Answer(jobsPending, pending, "WaitForJobs(", maximumPolls, ")");
@@ -113,8 +113,8 @@ class RunWorld : public IZOLTDataProvider, public IZOLTReportResult, public IZOL
   bool IsLastPPNormalNear(std::string_view, OptionalTimeText) override { return false; }
   void RecordPPNormal(std::string_view, OptionalTimeText) override {}
   bool GetServerPolicy(ServerPolicy& output) override {
-    output = policy;
-    return policyStored;
+    output = policy.value_or(ServerPolicy());
+    return policy.has_value();
   }
   void StoreServerPolicy(const ServerPolicy& stored) override {
     Called("StoreServerPolicy(", stored.transmissionDuration, "|", stored.nsLanguageCode, "|", stored.tonerMaxLife,

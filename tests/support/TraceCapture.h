@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -12,16 +13,26 @@ namespace zt {
 // One at a time.
 class TraceCapture {
  public:
-  TraceCapture();
-  ~TraceCapture();
+  TraceCapture() {
+    current = this;
+    traceLevel = 4;
+  }
+  ~TraceCapture() {
+    current = nullptr;
+    traceLevel = 0;
+  }
   TraceCapture(const TraceCapture&) = delete;
   TraceCapture& operator=(const TraceCapture&) = delete;
 
   const std::vector<std::string>& Texts() const { return lines; }
-  bool Has(std::string_view levelAndText) const;
+  bool Has(std::string_view levelAndText) const {
+    return std::find(lines.begin(), lines.end(), levelAndText) != lines.end();
+  }
 
   std::vector<std::string> lines;  // "level text", in order: {"3 not valid IO. bye~"}
   std::vector<std::string> debug;
+
+  inline static TraceCapture* current = nullptr;
 };
 
 }  // namespace zt

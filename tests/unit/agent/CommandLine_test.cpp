@@ -35,20 +35,13 @@ TEST(CommandLine, SomeSwitchesTakeTheNextArgument) {
 }
 
 TEST(CommandLine, RunSelection) {
-  const struct {
-    Arguments arguments;
-    bool productProtection;
-    bool printVolume;
-  } rows[] = {
-      {{}, false, true},
-      {{L"-SBXPlus"}, true, true},
-      {{L"-SBXOnly", L"-SBXPlus"}, true, false},
+  const auto runs = [](const Arguments& arguments) {
+    const auto [productProtection, printVolume] = SelectRuns(CommandLine::Parse(arguments));
+    return std::pair(productProtection, printVolume);
   };
-  for (const auto& row : rows) {
-    const RunSelection selection = SelectRuns(CommandLine::Parse(row.arguments));
-    EXPECT_EQ(selection.productProtection, row.productProtection);
-    EXPECT_EQ(selection.printVolume, row.printVolume);
-  }
+  EXPECT_EQ(runs({}), std::pair(false, true));
+  EXPECT_EQ(runs({L"-SBXPlus"}), std::pair(true, true));
+  EXPECT_EQ(runs({L"-SBXOnly", L"-SBXPlus"}), std::pair(true, false));
 }
 
 }  // namespace

@@ -15,11 +15,11 @@ namespace {
 // What was written to the debugger output since the handler was added.
 std::string said;
 
-// The system delivers that as exceptions.
+// The system delivers that as exceptions; of a wide text, which nobody takes, a narrow one in the end.
 LONG CALLBACK TakeDebugOutput(EXCEPTION_POINTERS* exception) {
-  constexpr DWORD printWide = 0x4001000A;  // DBG_PRINTEXCEPTION_WIDE_C
-  if (exception->ExceptionRecord->ExceptionCode != printWide) return EXCEPTION_CONTINUE_SEARCH;
-  said += ToNarrow(reinterpret_cast<const wchar_t*>(exception->ExceptionRecord->ExceptionInformation[1]));
+  constexpr DWORD printNarrow = 0x40010006;  // DBG_PRINTEXCEPTION_C
+  if (exception->ExceptionRecord->ExceptionCode != printNarrow) return EXCEPTION_CONTINUE_SEARCH;
+  said += reinterpret_cast<const char*>(exception->ExceptionRecord->ExceptionInformation[1]);
   return EXCEPTION_CONTINUE_EXECUTION;
 }
 
@@ -56,8 +56,6 @@ TEST_F(LoggerTest, StaysOffWithoutAUsableConfiguration) {
   WriteLines(11);
   Configure(4, log);
   WriteLines(11, L"ABSENT");
-  RegistryKey::Open(L"SOFTWARE\\Tressil\\Logger\\TEST", KEY_SET_VALUE).WriteString(L"Level", L"4");
-  WriteLines(11);
   EXPECT_FALSE(folder.Exists(L"zt.log") || folder.Exists(L"absent"));
 }
 
@@ -82,31 +80,21 @@ TEST_F(LoggerTest, EleventhLineWritesTheBatchAndTheEndTheRest) {
   EXPECT_TRUE(text.ends_with("\tSome,12\t4\ttext\r\n")) << text;
 }
 
-TEST_F(LoggerTest, AReadOnlyFileGetsItsLine) {
-  Configure(4, log);
-  folder.Write(L"zt.log", "");
-  ASSERT_TRUE(SetFileAttributesW(log.c_str(), FILE_ATTRIBUTE_READONLY));
-  WriteLines(1);
-  EXPECT_EQ(LinesIn(L"zt.log"), 1);
-}
-
 TEST_F(LoggerTest, RotatesAboveOneMebibyteAndKeepsSixCopies) {
   Configure(4, log);
   folder.Write(L"zt.log", std::string(1048576, 'x'));
+  ASSERT_TRUE(SetFileAttributesW(log.c_str(), FILE_ATTRIBUTE_READONLY));
   WriteLines(1);
-  {
-    const KernelHandle inUse(CreateMutexW(nullptr, FALSE, L"_LOG___INUSE_"));
-    WriteLines(1);
-  }
-  {
-    // The name is taken and no mutex of that name can be opened, as with one of another user.
-    const KernelHandle inUse(CreateEventW(nullptr, TRUE, FALSE, L"_LOG___INUSE_"));
+  for (const bool opens : {true, false}) {
+    // Where the name is an event's no mutex of that name can be opened, as with one of another user.
+    const wchar_t name[] = L"_LOG___INUSE_";
+    const KernelHandle inUse(opens ? CreateMutexW(nullptr, FALSE, name) : CreateEventW(nullptr, TRUE, FALSE, name));
     WriteLines(1);
   }
   EXPECT_EQ(LinesIn(L"zt.log"), 3) << "neither one of exactly 1 MiB is rotated, nor while another process does it";
 
-  for (const wchar_t* copy : {L"zt.log.0", L"zt.log.1", L"zt.log.2", L"zt.log.3", L"zt.log.4", L"zt.log.5"}) {
-    folder.Write(copy, ToNarrow(copy + 7));
+  for (const wchar_t* copy : {L"0", L"1", L"2", L"3", L"4", L"5"}) {
+    folder.Write(std::wstring(L"zt.log.") + copy, ToNarrow(copy));
   }
   WriteLines(1);
   EXPECT_EQ(LinesIn(L"zt.log"), 1);

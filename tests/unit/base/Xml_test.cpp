@@ -10,8 +10,9 @@ TEST(Xml, TextIsThatOfALeadingTextNode) {
     const char* xml;
     const char* text;  // null: none
   } rows[] = {
-      {"<e> a<f/>b</e>", " a"},         {"<e/>", nullptr},
-      {"<e><f>a</f></e>", nullptr},     {"<e><!-- c -->a</e>", nullptr},
+      {"<e> a<f/>b</e>", " a"},
+      {"<e><f>a</f></e>", nullptr},
+      {"<e><!-- c -->a</e>", nullptr},
       {"<e><![CDATA[]]></e>", nullptr},
   };
   for (const auto& row : rows) {

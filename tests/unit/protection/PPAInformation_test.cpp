@@ -7,7 +7,7 @@
 namespace zt {
 namespace {
 
-constexpr char report[] =
+const std::string report =
     "<?xml version=\"1.0\" encoding=\"UTF-8\" ?>\n<root>\n<ZOLT>\n<CurrentVersion>2</CurrentVersion>\n"
     "<FormatType>F</FormatType>\n<GeneralSerialNumber>SN1</GeneralSerialNumber>\n<MDL>Model 1</MDL>\n<SBX>1</SBX>\n"
     "<SystemInstalledDate>2014-03-06</SystemInstalledDate>\n<Supplies>\n<Toner>\n<Color>M</Color>\n"
@@ -17,9 +17,9 @@ constexpr char report[] =
 TEST(PPAInformationTest, WritesWhatItHasReadInTwoSteps) {
   PPAInformation record;
   Codes codes;
-  EXPECT_TRUE(record.ReadXml(std::string(report), codes));
+  EXPECT_TRUE(record.ReadXml(report, codes));
   EXPECT_TRUE(record.Toners().empty());
-  EXPECT_TRUE(record.ReadCountsAndSupplies(std::string(report), codes));
+  EXPECT_TRUE(record.ReadCountsAndSupplies(report, codes));
   record.SetModelName("Model 1");
   record.SetSerialNumber("SN1");
   record.SetSBX("1");
@@ -41,28 +41,25 @@ TEST(PPAInformationTest, Validates) {
 
 TEST(PPAInformationTest, ReportsWhatItCannotRead) {
   const struct {
-    const char* document;
+    std::string document;
     std::string_view device;
     std::string_view toners;
-    std::size_t read = 0;
   } rows[] = {
-      {"", "/xml error", "/xml error"},
       {"<root/>", "/no ZOLT el/no Count el", "/no ZOLT el"},
-      {"<root><ZOLT/></root>", "/no Count el", ""},
       {"<root><ZOLT><Count/></ZOLT></root>", "", ""},
-      {"<root><ZOLT><Supplies><Toner><Color>X</Color></Toner></Supplies></ZOLT></root>", "", "/invalid tcolor"},
       {"<root><ZOLT><Supplies><Toner><Color>M</Color></Toner></Supplies></ZOLT></root>", "",
-       "/no tlevel/no UsedDotPercent/no Capacity/no TargetDot", 1},
+       "/no tlevel/no UsedDotPercent/no Capacity/no TargetDot"},
   };
   for (const auto& row : rows) {
+    SCOPED_TRACE(row.document);
     PPAInformation record;
     Codes device;
+    EXPECT_EQ(record.ReadXml(row.document, device), row.device.empty());
+    EXPECT_EQ(device.Text(), row.device);
     Codes toners;
-    EXPECT_EQ(record.ReadXml(std::string(row.document), device), row.device.empty()) << row.document;
-    EXPECT_EQ(record.ReadCountsAndSupplies(std::string(row.document), toners), row.toners.empty()) << row.document;
-    EXPECT_EQ(device.Text(), row.device) << row.document;
-    EXPECT_EQ(toners.Text(), row.toners) << row.document;
-    EXPECT_EQ(record.Toners().size(), row.read) << row.document;
+    EXPECT_EQ(record.ReadCountsAndSupplies(row.document, toners), row.toners.empty());
+    EXPECT_EQ(toners.Text(), row.toners);
+    EXPECT_EQ(record.Toners().size(), row.toners.ends_with("/no TargetDot") ? 1u : 0u);  // in spite of its gaps
   }
 }
 

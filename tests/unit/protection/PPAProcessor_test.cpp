@@ -16,24 +16,17 @@ namespace {
 // A printer of country 1 at toner life 200, no policy stored, a server that answers nothing special and a user who
 // disagrees, unless a scenario changes it.
 struct World : RunWorld {
-  World() {
-    countryIndex = "1";
-    tonerLife = 200;
-  }
-
-  Agreement Ask(const std::wstring& queue, const std::wstring& language, bool countryIs52) {
-    calls += " Ask(" + ToNarrow(queue) + "," + ToNarrow(language) + (countryIs52 ? ",1)" : ",0)");
-    return answer;
-  }
-
   // Returns what the run says: trace lines, then, behind a dash, lines of debugger output.
   std::string Run(const PPARunOptions& options) {
+    const auto confirm = [this](const std::string& document) { return Confirm(document); };
+    const auto ask = [this](const std::wstring& queue, const std::wstring& language, bool countryIs52) {
+      calls += " Ask(" + ToNarrow(queue) + "," + ToNarrow(language) + (countryIs52 ? ",1)" : ",0)");
+      return answer;
+    };
     const TraceCapture trace;
-    PPAProcessor([this](auto& document) { return Confirm(document); },
-                 [this](auto& queue, auto& language, bool countryIs52) { return Ask(queue, language, countryIs52); })
-        .Run(options, *this, *this, *this);
+    PPAProcessor(confirm, ask).Run(options, *this, *this, *this);
     std::string says;
-    for (const std::string& text : trace.Texts()) says += text + "\n";
+    for (const std::string& text : trace.lines) says += text + "\n";
     for (const std::string& text : trace.debug) says += "- " + text + "\n";
     return says;
   }
@@ -51,10 +44,8 @@ const std::map<std::string_view, std::string_view> stages = {
     {"switchOff", "SetProtection(0)"},
     {"check", "GetModelName CheckSBX(Model1)"},
     {"store", "StoreServerPolicy(7|24, 59|150)"},
-    {"serial", "WaitForJobs(30) GetSerialNumber"},
     {"count", "WaitForJobs(30) GetSerialNumber UpdateTonerChangeCount(SN1,5)"},
     {"near", "IsLastPPSendNear(SN1)"},
-    {"collect", "WaitForJobs(600) CollectSBX"},
     {"read", "WaitForJobs(600) CollectSBX GetHostVersion"},
     {"post", "PostSBX"},
     {"record", "RecordPPSend(SN1)"},
@@ -79,9 +70,8 @@ const std::string noLimit = "- [ZT] Current SBXLevel is not limitted = ";
 
 void Agree(World& world) { world.answer = Agreement::Agreed; }
 void KeepItToOneself(World& world) { world.answer = Agreement::DisagreedUnreported; }
-void Store(World& world, int limit) {
-  world.policyStored = true;
-  world.policy.tonerMaxLife = limit;
+void Store(World& world, int limit, const char* countries = "24, 59") {
+  world.policy = ServerPolicy{7, countries, limit};
 }
 void EndService(World& world) {
   world.checkAnswer = [](ServerAnswer& answer) { answer.SetNoMoreService(); };
@@ -90,6 +80,7 @@ void Answer(World& world, const char* limit, const char* duration, const char* i
   world.checkAnswer = [=](ServerAnswer& answer) {
     answer.SetTonerMaxLife(limit);
     answer.SetTransmissionDuration(duration);
+    answer.SetNSLanguageCode("52");
     answer.SetPPNormalIntervalDays(interval);
   };
 }
@@ -98,7 +89,7 @@ struct Scenario {
   ProtectionState state;
   std::string_view stages;
   std::string says;
-  std::string odd = "";
+  std::string odd = "";  // the calls that answer otherwise than usually
   std::function<void(World&)> change = [](World&) {};
 };
 
@@ -107,7 +98,6 @@ const Scenario scenarios[] = {
     {kOn, "Initialize(1)", unchecked, "Initialize(1)"},
     {kOn, "Initialize(1) CheckSBXSupport", unchecked, "CheckSBXSupport"},
     {ProtectionState::None, "Initialize(1) CheckSBXSupport", unprotectable},
-    {ProtectionState::OT, "Initialize(1) CheckSBXSupport", unprotectable},
     {kOn, "Initialize(1) CheckSBXSupport GetTonerLife", "3 [UA] failed to get toner life info~\n", "GetTonerLife"},
     {kOn, "begin", noCountry, "GetCountryIndex"},
     {kOff, "begin", noCountry, "", [](World& w) { w.countryIndex = ""; }},
@@ -117,40 +107,42 @@ const Scenario scenarios[] = {
     {kOn, "begin ask switchOff check store count read record", "", "", KeepItToOneself},
     {kOn, "begin ask check store", "", "", Agree},
     {kOn, "begin Ask(Queue,EN,1) check store", "", "", [](World& w) { w.countryIndex = "52", Agree(w); }},
-    {kOn, "begin ask switchOff check store count read post record", sent, "",
-     [](World& w) { w.tonerLife = 4294967295; }},
     {kOn, "begin switchOff check store count read record", "", "", [](World& w) { w.countryIndex = "(Unknown 7)"; }},
-    {kOn, "begin switchOff check store count read record", "", "", [](World& w) { w.countryIndex = "24"; }},
     {kOn, "begin switchOff check count read record", "", "CheckSBX(Model1)",
-     [](World& w) { Store(w, 160), w.policy.nsLanguageCode = "1,2"; }},
+     [](World& w) { Store(w, 160, ",21, 1 ,"); }},
+    {kOn, "begin ask check", "", "CheckSBX(Model1)", [](World& w) { Store(w, 160, "11,21"), Agree(w); }},
     {kOn, "begin check count read record", "", "CheckSBX(Model1)", [](World& w) { Store(w, 200); }},
-    {kOn, "begin check store count", noLimit + "149\n", "", [](World& w) { w.tonerLife = 149; }},
+    {kOn, "begin check store count", noLimit + "100\n", "", [](World& w) { w.tonerLife = 100; }},
     {kOn, "begin ask switchOff check store", noLimit + "99\n", "", [](World& w) { Store(w, 50), w.tonerLife = 99; }},
 
     // Protection off: the user is asked when the data is there; before, the server, unless its policy is stored.
     {kOff, "begin check store count read ask post record", sent + disagreed},
     {kOff, "begin check store count read ask SetProtection(1)", agreed, "", Agree},
     {kOff, "begin check store count read ask record", disagreed, "", KeepItToOneself},
-    {kOff, "begin count check store read ask post record", sent + disagreed, "", [](World& w) { Store(w, 150); }},
     {kOff, "begin", noLimit + "99\n", "", [](World& w) { Store(w, 150), w.tonerLife = 99; }},
     {kOff, "begin check store count", noLimit + "149\n", "", [](World& w) { w.tonerLife = 149; }},
+    {kOff, "begin check store count read ask post record", sent + disagreed, "", [](World& w) { w.tonerLife = 150; }},
+    {kOff, "begin count check", noLimit + "149\n", "CheckSBX(Model1)",
+     [](World& w) { Store(w, -1), w.tonerLife = 149; }},
 
     // The server.
     {kOn, "begin ask switchOff check SetPPAEnabled(0)", serviceEnded, "", EndService},
     {kOff, "begin count check SetPPAEnabled(0)", serviceEnded, "", [](World& w) { Store(w, 150), EndService(w); }},
-    {kOff, "begin check count read ask post record", sent + disagreed, "CheckSBX(Model1)"},
+    {kOff, "begin count check read ask post record", sent + disagreed, "CheckSBX(Model1)",
+     [](World& w) { Store(w, 0); }},
     {kOff, "begin GetModelName CheckSBX() store count read ask post record", sent + disagreed, "GetModelName"},
-    {kOff, "begin check store count read ask post record", sent + disagreed, "",
+    {kOff, "begin check StoreServerPolicy(7|52|150) count read ask post record", sent + disagreed, "",
      [](World& w) { Answer(w, "many", "3 days", ""); }},
-    {kOff, "begin check StoreServerPolicy(3|24, 59|201) SetPPNormalInterval(9) count", noLimit + "200\n", "",
+    {kOff, "begin check StoreServerPolicy(3|52|201) SetPPNormalInterval(9) count", noLimit + "200\n", "",
      [](World& w) { Answer(w, "201", "3", "9"); }},
 
     // Collecting and sending.
     {kOff, "begin check store count read ask post record", sent + disagreed, "WaitForJobs(30) WaitForJobs(600)"},
-    {kOff, "begin check store serial", "3 [UA] failed to get serial nubmer~\n", "GetSerialNumber"},
+    {kOff, "begin check store WaitForJobs(30) GetSerialNumber", "3 [UA] failed to get serial nubmer~\n",
+     "GetSerialNumber"},
     {kOff, "begin check store count near", sentLately, "UpdateTonerChangeCount(SN1,5) IsLastPPSendNear(SN1)"},
     {kOff, "begin check store count near read ask post record", sent + disagreed, "UpdateTonerChangeCount(SN1,5)"},
-    {kOff, "begin check store count collect", notCollected, "CollectSBX"},
+    {kOff, "begin check store count WaitForJobs(600) CollectSBX", notCollected, "CollectSBX"},
     {kOff, "begin check store count read ask post record", sent + "- [ZT] Failed to get host version\n" + disagreed,
      "GetHostVersion"},
     {kOn, "begin ask switchOff check store count read post", findings + "4 failed to send...\n", "PostSBX"},

@@ -11,7 +11,6 @@ TEST(IniTextTest, ParsesLeniently) {
     IniSections sections;
   };
   const Row rows[] = {
-      {"", {}},
       {"[Common]\nA=1", {{"Common", {{"A", "1"}}}}},
       {"[ Common ]\n A  =  1 \r\n", {{"Common", {{"A", "1"}}}}},
       {"[Common] ; note\nA=1;2\n;B=2\n", {{"Common", {{"A", "1"}}}}},
@@ -20,7 +19,6 @@ TEST(IniTextTest, ParsesLeniently) {
       {"[S]\nA=1\n[]\nB=2\n", {{"S", {{"A", "1"}}}}},              // a section without a name
       {"[A]\n[B]\nX=1\n[C]\n", {{"A", {}}, {"B", {{"X", "1"}}}}},  // only the last empty section goes
       {"[S]\nA=1\n[T]\nB=1\n[S]\nA=2\nC=3\nC=4\n", {{"S", {{"A", "1"}, {"C", "3"}}}, {"T", {{"B", "1"}}}}},
-      {"[S\nA]=1\n", {}},
       {"[S]\n[A=1\n", {{"S", {{"[A", "1"}}}}},
       {std::string_view("[S]\nA\0B=\xFF\x80\0\n", 13),
        {{"S", {{std::string("A\0B", 3), std::string("\xFF\x80\0", 3)}}}}},

@@ -71,9 +71,7 @@ TEST_F(ZOLTSkipCheckerTest, EachCheckHasItsHistoryItsDaysAndItsMessage) {
       EXPECT_FALSE(isNear(history(Ago(0)), ""));  // a given empty text is a text
       EXPECT_FALSE(isNear(history(Ago(0)), Ago(row.days * day)));
       EXPECT_TRUE(isNear("", Ago(0)));
-      const std::string days = std::string("[Common]\n") + row.daysKey;
-      EXPECT_FALSE(isNear(days + "=2\n" + history(Ago(2 * day))));
-      EXPECT_TRUE(isNear(days + "=3\n" + history(Ago(2 * day))));
+      EXPECT_FALSE(isNear(std::string("[Common]\n") + row.daysKey + "=2\n" + history(Ago(2 * day))));
     }
 
     EXPECT_FALSE(isNear(history(Ago(-2 * day))));  // the future is not near ...
@@ -81,14 +79,14 @@ TEST_F(ZOLTSkipCheckerTest, EachCheckHasItsHistoryItsDaysAndItsMessage) {
     simulated.SetReferenceTime(FormatLocalTime(present));
     EXPECT_TRUE(row.check(simulated, {}));  // ... except to a simulated date
 
-    EXPECT_TRUE(isNear(history(Ago(0))));
+    Store(history(Ago(0)));
     ZOLTSkipChecker disabled = checker;
     disabled.SetDontCheckSkip(true);
     EXPECT_FALSE(row.check(disabled, {}));
   }
 }
 
-TEST_F(ZOLTSkipCheckerTest, RecordsNowOrTheGivenTime) {
+TEST_F(ZOLTSkipCheckerTest, Records) {
   checker.SetDontCheckSkip(true);  // a test run leaves a normal history
   checker.RecordIOFail("P1");
   checker.RecordServerFail();
@@ -108,53 +106,56 @@ TEST_F(ZOLTSkipCheckerTest, AnyPrinterIsFoundAgain) {
   // The last of them is a key like any other: it cannot reach into another section.
   for (const char* id : {"P=1", "P;1", "=", "[P]", "\xFF\x80", "", "P\r\n[Common]\r\nZOLTEnabled=2"}) {
     settingsFile.clear();
-    // What was set is saved at the end of the object.
-    ZOLTLocalSetting().SetLastCollectTime(id, "2014-03-06");
-    EXPECT_TRUE(settingsFile.starts_with("[History]\r\nLastCollectTime")) << settingsFile;
+    ZOLTLocalSetting().SetLastCollectTime(id, "2014-03-06");  // saved at the end of the object
     settings.Load();
+    EXPECT_TRUE(Stored().starts_with("[History]\nLastCollectTime")) << Stored();
     std::string time;
     EXPECT_TRUE(settings.GetLastCollectTime(id, time)) << id;
     EXPECT_EQ(time, "2014-03-06");
   }
-  bool enabled = true;
-  EXPECT_FALSE(settings.GetZOLTEnabled(enabled));
 }
 
 TEST_F(ZOLTSkipCheckerTest, StoresOnlyWhatDiffers) {
+  Store("[Common]\nPPAEnabled=\nZOLTEnabled=3\n");
+  bool enabled = true;
+  EXPECT_FALSE(checker.GetZOLTEnabled(enabled) || checker.GetPPAEnabled(enabled));
   checker.SetSendInterval(30);
   checker.SetPPNormalInterval(7);
   EXPECT_FALSE(checker.UpdateTonerChangeCount("P1", 0));
   checker.RecordTonerLife("", 5);
-  EXPECT_EQ(Stored(), "");
+  EXPECT_EQ(Stored(), "[Common]\nPPAEnabled=\nZOLTEnabled=3\n");
+
+  checker.SetZOLTEnabled(false);
+  checker.SetPPAEnabled(true);
+  EXPECT_TRUE(checker.GetZOLTEnabled(enabled) && !enabled);
+  EXPECT_TRUE(checker.GetPPAEnabled(enabled) && enabled);
   checker.SetSendInterval(7);
   checker.SetPPNormalInterval(30);
   EXPECT_TRUE(checker.UpdateTonerChangeCount("P1", 4294967295));
   EXPECT_FALSE(checker.UpdateTonerChangeCount("P1", 4294967295));
-  EXPECT_EQ(Stored(), "[Common]\nPPNormalSendInterval=30\nSendIntervalDays=7\n[History]\nTonerChangeCount_P1=-1\n");
-  EXPECT_EQ(checker.GetSendInterval(1), 7);
-  EXPECT_EQ(checker.GetPPNormalInterval(1), 30);
+  checker.RecordTonerLife("P1", 150);
+  EXPECT_FALSE(checker.IsTonerLifeExceeded("P1"));
+  checker.RecordTonerLife("P1", 4294967294);  // compared without sign
+  EXPECT_TRUE(checker.IsTonerLifeExceeded("P1"));
+  EXPECT_EQ(Stored(),
+            "[Common]\nPPAEnabled=1\nPPNormalSendInterval=30\nSendIntervalDays=7\nZOLTEnabled=2\n"
+            "[History]\nCurrentTonerLife_P1=-2\nTonerChangeCount_P1=-1\n");
 }
 
 TEST_F(ZOLTSkipCheckerTest, KeepsTheServerPolicy) {
   const std::string longCode(600, '5');
   const std::string zeros = "NSLanguageCode=\nSBXPolicyReceived=1\nTonerMaxLife=0\nTransmissionDuration=0\n";
-  struct Row {
-    std::string stored;
-    ServerPolicy policy;
-    std::string after;
+  const auto after = [&](const std::string& stored, const ServerPolicy& policy) {
+    Store("[Common]\n" + stored);
+    checker.StoreServerPolicy(policy);
+    return Stored().substr(std::string_view("[Common]\n").size());
   };
-  const Row rows[] = {
-      {"", {}, "SBXPolicyReceived=1\n"},
-      {"", {14, "52", 200}, "NSLanguageCode=52\nSBXPolicyReceived=1\nTonerMaxLife=200\nTransmissionDuration=14\n"},
-      {"TransmissionDuration=14\n", {0, "", 0}, zeros},
-      {zeros, {14, "52", 200}, zeros},  // 0 and the empty text are never replaced
-      {"", {7, longCode, 150}, "NSLanguageCode=" + longCode.substr(0, 519) + "\nSBXPolicyReceived=1\n"},
-  };
-  for (const Row& row : rows) {
-    Store("[Common]\n" + row.stored);
-    checker.StoreServerPolicy(row.policy);
-    EXPECT_EQ(Stored(), "[Common]\n" + row.after);
-  }
+  EXPECT_EQ(after("", {}), "SBXPolicyReceived=1\n");
+  EXPECT_EQ(after("", {14, "52", 200}),
+            "NSLanguageCode=52\nSBXPolicyReceived=1\nTonerMaxLife=200\nTransmissionDuration=14\n");
+  EXPECT_EQ(after("TransmissionDuration=14\n", {0, "", 0}), zeros);
+  EXPECT_EQ(after(zeros, {14, "52", 200}), zeros);  // 0 and the empty text are never replaced
+  EXPECT_EQ(after("", {7, longCode, 150}), "NSLanguageCode=" + longCode.substr(0, 519) + "\nSBXPolicyReceived=1\n");
 
   const std::string values = "[Common]\nTransmissionDuration=\nTonerMaxLife=42abc\nNSLanguageCode=" + longCode;
   Store(values);
@@ -164,21 +165,6 @@ TEST_F(ZOLTSkipCheckerTest, KeepsTheServerPolicy) {
   Store(values + "\nSBXPolicyReceived=1");
   EXPECT_TRUE(checker.GetServerPolicy(policy));
   EXPECT_EQ(policy, (ServerPolicy{0, longCode.substr(0, 519), 42}));
-}
-
-TEST_F(ZOLTSkipCheckerTest, SwitchesTheServicesAndRecordsTheTonerLife) {
-  Store("[Common]\nZOLTEnabled=3\nPPAEnabled=");
-  bool enabled = true;
-  EXPECT_FALSE(checker.GetZOLTEnabled(enabled) || checker.GetPPAEnabled(enabled));
-  checker.SetZOLTEnabled(false);
-  checker.SetPPAEnabled(true);
-  EXPECT_TRUE(checker.GetZOLTEnabled(enabled) && !enabled);
-  EXPECT_TRUE(checker.GetPPAEnabled(enabled) && enabled);
-  checker.RecordTonerLife("P1", 150);
-  EXPECT_FALSE(checker.IsTonerLifeExceeded("P1"));
-  checker.RecordTonerLife("P1", 4294967295);  // compared without sign
-  EXPECT_TRUE(checker.IsTonerLifeExceeded("P1"));
-  EXPECT_EQ(Stored(), "[Common]\nPPAEnabled=1\nZOLTEnabled=2\n[History]\nCurrentTonerLife_P1=-1\n");
 }
 
 TEST_F(ZOLTSkipCheckerTest, DoesNothingWithoutSettings) {
@@ -191,12 +177,11 @@ TEST_F(ZOLTSkipCheckerTest, DoesNothingWithoutSettings) {
   none.SetZOLTEnabled(true);
   none.SetPPAEnabled(true);
   none.StoreServerPolicy({});
-  bool untouched = true;
-  ServerPolicy policy{1, "x", 1};
-  EXPECT_FALSE(none.IsLastServerFailNear() || none.IsLastSendNear("P1", Ago(0)) || none.GetZOLTEnabled(untouched) ||
-               none.GetPPAEnabled(untouched) || none.GetServerPolicy(policy) || none.UpdateTonerChangeCount("P1", 1) ||
+  bool enabled = true;
+  ServerPolicy policy;
+  EXPECT_FALSE(none.IsLastServerFailNear() || none.IsLastSendNear("P1", Ago(0)) || none.GetZOLTEnabled(enabled) ||
+               none.GetPPAEnabled(enabled) || none.GetServerPolicy(policy) || none.UpdateTonerChangeCount("P1", 1) ||
                none.IsTonerLifeExceeded("P1"));
-  EXPECT_EQ(policy, (ServerPolicy{1, "x", 1}));
 }
 
 }  // namespace
