@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <random>
 #include <string>
 #include <string_view>
 #include <system_error>
@@ -13,12 +14,8 @@ namespace zt {
 class TempFolder {
  public:
   TempFolder() {
-    static int count = 0;
-    // The folder's name carries the address of a local, too: test programs run side by side.
-    folder_ = std::filesystem::temp_directory_path() /
-              ("zt-test-" + std::to_string(reinterpret_cast<std::uintptr_t>(this)) + "-" +
-               std::to_string(std::filesystem::file_time_type::clock::now().time_since_epoch().count()) + "-" +
-               std::to_string(++count));
+    // Test programs run side by side.
+    folder_ = std::filesystem::temp_directory_path() / ("zt-test-" + std::to_string(std::random_device{}()));
     std::filesystem::create_directories(folder_);
   }
   ~TempFolder() {

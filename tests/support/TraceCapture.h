@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -8,28 +9,30 @@
 
 namespace zt {
 
-struct TracedLine {
-  Severity severity;
-  std::string source;  // file name without folder and extension
-  std::string message;
-  bool operator==(const TracedLine&) const = default;
-};
-
 // TraceCapture collects, while it lives, what the code under test traces and writes to the debugger output, at level 4.
 // One at a time.
 class TraceCapture {
  public:
-  TraceCapture();
-  ~TraceCapture();
+  TraceCapture() {
+    current = this;
+    traceLevel = 4;
+  }
+  ~TraceCapture() {
+    current = nullptr;
+    traceLevel = 0;
+  }
   TraceCapture(const TraceCapture&) = delete;
   TraceCapture& operator=(const TraceCapture&) = delete;
 
-  // Texts are the lines as "level text", in order: {"3 not valid IO. bye~"}.
-  std::vector<std::string> Texts() const;
-  bool Has(std::string_view levelAndText) const;
+  const std::vector<std::string>& Texts() const { return lines; }
+  bool Has(std::string_view levelAndText) const {
+    return std::find(lines.begin(), lines.end(), levelAndText) != lines.end();
+  }
 
-  std::vector<TracedLine> lines;
+  std::vector<std::string> lines;  // "level text", in order: {"3 not valid IO. bye~"}
   std::vector<std::string> debug;
+
+  inline static TraceCapture* current = nullptr;
 };
 
 }  // namespace zt

@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <string>
-
 namespace zt {
 namespace {
 
@@ -12,16 +10,10 @@ TEST(Xml, TextIsThatOfALeadingTextNode) {
     const char* xml;
     const char* text;  // null: none
   } rows[] = {
-      {"<e>a</e>", "a"},
-      {"<e> a </e>", " a "},
-      {"<e/>", nullptr},
-      {"<e>  </e>", nullptr},
+      {"<e> a<f/>b</e>", " a"},
       {"<e><f>a</f></e>", nullptr},
       {"<e><!-- c -->a</e>", nullptr},
-      {"<e><![CDATA[a]]></e>", "a"},
       {"<e><![CDATA[]]></e>", nullptr},
-      {"<e>a<f/>b</e>", "a"},
-      {"<e>&amp;</e>", "&"},
   };
   for (const auto& row : rows) {
     tinyxml2::XMLDocument document;
@@ -32,38 +24,16 @@ TEST(Xml, TextIsThatOfALeadingTextNode) {
 }
 
 TEST(Xml, BareAmpersand) {
-  const struct {
-    const char* xml;
-    bool bare;
-  } rows[] = {
-      {"<e>a & b</e>", true},
-      {"<e>&;</e>", true},
-      {"<e>&1;</e>", true},
-      {"<e>&a b;</e>", true},
-      {"<e>&#;</e>", true},
-      {"<e>&#x;</e>", true},
-      // The neighbours of the digits, and the outermost digits.
-      {"<e>&#1/;</e>", true},
-      {"<e>&#1:;</e>", true},
-      {"<e>&#x1/;</e>", true},
-      {"<e>&#x1:;</e>", true},
-      {"<e>&#x1@;</e>", true},
-      {"<e>&#x1G;</e>", true},
-      {"<e>&#x1`;</e>", true},
-      {"<e>&#x1g;</e>", true},
-      {"<e>&#1099;&#x09AFaf;</e>", false},
-      {"<e a='&'/>", true},
-      {"&", true},
-      {"<!-- & --><e>&</e>", true},
-      {"<e>&amp;&lt;&#38;&#x26;</e>", false},
-      {"<e>&amp; &my-name;</e>", true},  // declared or not: the parser knows XML's own only
-      {"<e><!-- a & b --></e>", false},
-      {"<e><![CDATA[a & b]]></e>", false},
-      {"<?xml & ?><e/>", false},
-      {"<!-- & ", false},  // unclosed markup fails in the parser anyway
-      {"", false},
-  };
-  for (const auto& row : rows) EXPECT_EQ(HasBareAmpersand(row.xml), row.bare) << row.xml;
+  // The neighbours of the digits among them; of named entities the parser knows XML's own only.
+  for (const char* bare : {"a & b", "&;", "&1;", "&a b;", "&my-name;", "&#;", "&#x;", "&#1/;", "&#1:;", "&#x1/;",
+                           "&#x1:;", "&#x1@;", "&#x1G;", "&#x1`;", "&#x1g;", "<e a='&'/>", "&", "<!-- & -->&amp;&"}) {
+    EXPECT_TRUE(HasBareAmpersand(bare)) << bare;
+  }
+  // Markup that is not closed fails in the parser anyway.
+  for (const char* clean :
+       {"", "&amp;&lt;&#1099;&#x09AFaf;", "<!-- a & b -->", "<![CDATA[a & b]]>", "<?a & ?>", "<!--&"}) {
+    EXPECT_FALSE(HasBareAmpersand(clean)) << clean;
+  }
 }
 
 }  // namespace
