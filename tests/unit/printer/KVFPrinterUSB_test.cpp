@@ -20,19 +20,21 @@ using testing::Not;
 
 using Lines = std::vector<std::string>;
 using Answer = std::optional<std::string>;  // none: the call fails
+using Answers = std::deque<Answer>;         // one after the other; then each call fails
+
+Answers Always(Answer answer) { return Answers(99, answer); }
 
 // FakeUSBPrinter is a USB printer with the computer that it is plugged into, as a test scripts them.
 struct FakeUSBPrinter {
-  int opens = 100;  // that succeed
+  int opens = 99;  // that succeed
   bool opensPipes = true;
   Answer deviceID;
-  std::map<std::array<std::uint8_t, 3>, std::deque<Answer>> replies;  // by request; the last one stays
-  std::deque<std::string> reads;                                      // a read of another size than the next one fails
-  int writes = 100;                                                   // that succeed
+  std::map<std::array<std::uint8_t, 3>, Answers> replies;  // by request
+  Answers reads;
+  int writes = 99;               // that succeed
   std::optional<bool> acquires;  // what the device monitor answers; nothing: there is none
   int failingReleases = 0;
   std::int32_t jobs = 0;
-
   Lines log;
   std::uint32_t slept = 0;
 
@@ -43,49 +45,42 @@ struct FakeUSBPrinter {
   USBServices Services();
 };
 
-struct FakeControl : USBControl {
-  explicit FakeControl(FakeUSBPrinter& controlled) : printer(controlled) {}
+// OpenPrinter is what one opening gives: the requests, or the pipes.
+class OpenPrinter : public USBControl, public USBBulkIO {
+ public:
+  explicit OpenPrinter(FakeUSBPrinter& printer) : printer_(printer) {}
+  ~OpenPrinter() override { printer_.Did("close"); }
 
   std::optional<std::size_t> Request(const USBRequest& request, std::span<std::uint8_t> reply) override {
     std::string line = "request ";
     for (const std::uint8_t byte : request.bytes) AppendHex(line, byte);
-    printer.Did(line);
-    auto& answers = printer.replies[request.bytes];
-    if (answers.empty() || reply.size() != request.replySize) return std::nullopt;
-    const Answer answer = answers.front();
-    if (answers.size() > 1) answers.pop_front();
-    return Fill(answer, reply);
+    printer_.Did(line);
+    return reply.size() == request.replySize ? Fill(reply, printer_.replies[request.bytes]) : std::nullopt;
   }
   std::optional<std::size_t> QueryDeviceID(std::span<std::uint8_t> reply) override {
-    printer.Did("device id");
-    return Fill(printer.deviceID, reply);
+    printer_.Did("device id");
+    Answers once = {printer_.deviceID};
+    return Fill(reply, once);
   }
-  static std::optional<std::size_t> Fill(const Answer& answer, std::span<std::uint8_t> reply) {
-    if (!answer || answer->size() > reply.size()) return std::nullopt;
-    std::ranges::copy(*answer, reply.begin());
+
+ private:
+  bool Write(std::span<const std::uint8_t> bytes) override {
+    return printer_.Did("write step " + std::to_string(bytes[11]), printer_.writes-- > 0);
+  }
+  bool Read(std::span<std::uint8_t> bytes) override {
+    printer_.Did("read " + std::to_string(bytes.size()));
+    return Fill(bytes, printer_.reads) == bytes.size();
+  }
+  static std::optional<std::size_t> Fill(std::span<std::uint8_t> room, Answers& answers) {
+    if (answers.empty()) return std::nullopt;
+    const Answer answer = std::move(answers.front());
+    answers.pop_front();
+    if (!answer || answer->size() > room.size()) return std::nullopt;
+    std::ranges::copy(*answer, room.begin());
     return answer->size();
   }
 
-  FakeUSBPrinter& printer;
-};
-
-struct FakeBulkIO : USBBulkIO {
-  explicit FakeBulkIO(FakeUSBPrinter& piped) : printer(piped) {}
-  ~FakeBulkIO() override { printer.Did("close pipes"); }
-
-  bool Write(std::span<const std::uint8_t> bytes) override {
-    return printer.Did("write step " + std::to_string(bytes[11]), printer.writes-- > 0);
-  }
-  bool Read(std::span<std::uint8_t> bytes) override {
-    printer.Did("read " + std::to_string(bytes.size()));
-    if (printer.reads.empty()) return false;
-    const std::string delivered = printer.reads.front();
-    printer.reads.pop_front();
-    std::copy_n(delivered.begin(), std::min(delivered.size(), bytes.size()), bytes.begin());
-    return delivered.size() == bytes.size();
-  }
-
-  FakeUSBPrinter& printer;
+  FakeUSBPrinter& printer_;
 };
 
 USBServices FakeUSBPrinter::Services() {
@@ -94,8 +89,8 @@ USBServices FakeUSBPrinter::Services() {
       .release = [this](std::uint8_t port) { return Did("release " + std::to_string(port), failingReleases-- <= 0); }};
   return {
       .openControl =
-          [this](const std::wstring&) { return opens-- > 0 ? std::make_unique<FakeControl>(*this) : nullptr; },
-      .openBulk = [this](const std::wstring&) { return opensPipes ? std::make_unique<FakeBulkIO>(*this) : nullptr; },
+          [this](const std::wstring&) { return opens-- > 0 ? std::make_unique<OpenPrinter>(*this) : nullptr; },
+      .openBulk = [this](const std::wstring&) { return opensPipes ? std::make_unique<OpenPrinter>(*this) : nullptr; },
       .loadDeviceMonitor = [this, monitor] { return acquires ? std::optional(monitor) : std::nullopt; },
       .countJobs = [this](const std::wstring&) { return Did("count jobs"), jobs; },
       .pause = [this](std::uint32_t milliseconds) { slept += milliseconds; }};
@@ -106,7 +101,7 @@ const std::string kDocument =
     "<Supplies></Supplies></ZOLT></root>";
 
 // The two reads of an exchange that delivers the document.
-std::deque<std::string> Reads(const std::string& document) {
+Answers Reads(const std::string& document) {
   return {std::string(15, '\0') + static_cast<char>(document.size()), document};
 }
 
@@ -114,8 +109,8 @@ class KVFPrinterUSBTest : public testing::Test {
  protected:
   KVFPrinterUSBTest() {
     device.deviceID = "MDL:Velnora PHZ-1;CMD:ZOLT,FWV,CI_12;";
-    device.replies[kUSBSerialNumber.bytes] = {" SN9\r\n"};
-    device.replies[kUSBFirmwareVersion.bytes] = {"V1.2"};
+    device.replies[kUSBSerialNumber.bytes] = Always(" SN9\r\n");
+    device.replies[kUSBFirmwareVersion.bytes] = Always("V1.2");
   }
 
   // Open makes the access to the printer anew, and forgets what was done for it.
@@ -175,7 +170,7 @@ TEST_F(KVFPrinterUSBTest, Open) {
     EXPECT_EQ(trace.Texts(), row.traced);
     EXPECT_EQ(printer->IsZOLTSupported() == HResult::Ok, row.supported);
   }
-  EXPECT_THAT(opening, ElementsAre("device id", "request E00100"));
+  EXPECT_THAT(opening, ElementsAre("device id", "close", "request E00100", "close"));
   std::string text;
   EXPECT_EQ(printer->GetDeviceID(text), HResult::Ok);
   EXPECT_EQ(text, "CMD:PJL,EXT");
@@ -186,13 +181,13 @@ TEST_F(KVFPrinterUSBTest, WakeSequence) {
   const std::string asleep("\0\xAA\xAA\xAA\0\0\0\0", 8);
   const std::string awake(8, '\x01');
   const struct {
-    std::deque<Answer> replies;  // of the status requests
+    Answers replies;  // of the status requests
     std::ptrdiff_t wakes;
     std::ptrdiff_t statusRequests;
   } rows[] = {
       {{asleep, asleep, awake}, 2, 3},
-      {{asleep}, 6, 6},  // and no more
-      {{std::nullopt}, 0, 1},
+      {Always(asleep), 6, 6},  // and no more
+      {{}, 0, 1},
   };
   device.deviceID = "CMD:MPS";
   for (const auto& row : rows) {
@@ -215,7 +210,7 @@ TEST_F(KVFPrinterUSBTest, StatusSuppliesAndCounters) {
   EXPECT_EQ(printer->GetPageCounters(largest, total), HResult::NotImplemented);
 
   const std::string block = std::string("\0\0\0\x09", 4) + std::string(11, '\0') + '\x05' + std::string(239, '\0');
-  device.replies[kUSBStatus.bytes] = {"\x01\x02\x03\x04\x05\x06\x07\x08"};
+  device.replies[kUSBStatus.bytes] = Always("\x01\x02\x03\x04\x05\x06\x07\x08");
   device.replies[kUSBCounters.bytes] = {block.substr(0, 254), block};
   EXPECT_EQ(printer->GetStatusBlock(status), HResult::Ok);
   EXPECT_TRUE(status.valid && status.bytes[7] == 8);
@@ -249,8 +244,8 @@ TEST_F(KVFPrinterUSBTest, Record) {
   device.reads = Reads(kDocument);
   EXPECT_EQ(Collect(), "ok");
   EXPECT_THAT(device.log, ElementsAre("count jobs", "write step 1", "read 16", "write step 2",
-                                      "read " + std::to_string(kDocument.size()), "close pipes", "request 490001",
-                                      "request 560000"));
+                                      "read " + std::to_string(kDocument.size()), "close", "request 490001", "close",
+                                      "request 560000", "close"));
   EXPECT_EQ(record.DeviceValues(), (ElementValues{{"CountryIndex", "12"},
                                                   {"GeneralSerialNumber", "SN9"},
                                                   {"MDL", "Velnora PHZ-1"},
@@ -276,7 +271,7 @@ TEST_F(KVFPrinterUSBTest, BrokenExchanges) {
   const auto announcing = [](const char(&length)[5]) { return std::string(12, '\0') + std::string(length, 4); };
   const std::string five = announcing("\0\0\0\x05");
   const struct {
-    std::deque<std::string> reads;
+    Answers reads;
     int writes;
     std::size_t steps;  // that were made, counting the jobs and closing included
   } rows[] = {
@@ -313,8 +308,8 @@ TEST_F(KVFPrinterUSBTest, CodesInTheOrderOfTheFailures) {
       {"/open fail/xml error", [&] { device.opensPipes = true; }},  // it goes on with an empty text
       {"/xml errorno document", [&] { document = "<root/>"; }},
       {"/modelname err", [&] { device.deviceID = "CMD:ZOLT;MDL:M"; }},
-      {"/serialno err", [&] { device.replies[kUSBSerialNumber.bytes] = {"SN9"}; }},
-      {"/fwv err", [&] { device.replies[kUSBFirmwareVersion.bytes] = {"V1"}; }},  // it is not announced
+      {"/serialno err", [&] { device.replies[kUSBSerialNumber.bytes] = Always("SN9"); }},
+      {"/fwv err", [&] { device.replies[kUSBFirmwareVersion.bytes] = Always("V1"); }},  // it is not announced
       {"/fwv err", [&] { device.deviceID = "CMD:ZOLT,FWV;MDL:M"; }},
       {"/no ZOLT el/no Count el", [&] { document = kDocument; }},
       {"ok", [] {}},
@@ -334,8 +329,7 @@ TEST_F(KVFPrinterUSBTest, LockIsHeldDuringTheExchangeAndReleasedUntilThatSucceed
   device.jobs = 3;  // the lock decides, not the jobs
   Open();
   EXPECT_EQ(Collect(), "/xml error");
-  EXPECT_THAT(device.log,
-              ElementsAre("acquire 153", "write step 1", "read 16", "close pipes", "release 153", "release 153"));
+  EXPECT_THAT(device.log, ElementsAre("acquire 153", "write step 1", "read 16", "close", "release 153", "release 153"));
   EXPECT_EQ(device.slept, 500u);
   device.failingReleases = 500;
   Collect();
@@ -356,13 +350,13 @@ TEST_F(KVFPrinterUSBTest, ProtectionDocument) {
 
   device.opensPipes = false;
   EXPECT_EQ(CollectProtection(), "/open fail");
-  EXPECT_EQ(trace.Texts(), Lines{"4 [ZT] getPPAInformation usb open failed."});
+  EXPECT_EQ(trace.Texts().back(), "4 [ZT] getPPAInformation usb open failed.");
   device.jobs = 1;
   EXPECT_EQ(CollectProtection(), "/job pending");
-  EXPECT_EQ(trace.Texts(), Lines{"4 [ZT] job pending"});
+  EXPECT_EQ(trace.Texts().back(), "4 [ZT] job pending");
   device.acquires = false;
   EXPECT_EQ(CollectProtection(), "/lock failed");
-  EXPECT_EQ(trace.Texts(), (Lines{"4 Failed to acquire device mon!!!", "4 [ZT] locked failed"}));
+  EXPECT_EQ(trace.Texts().back(), "4 [ZT] locked failed");
 }
 
 }  // namespace

@@ -236,7 +236,7 @@ TEST_F(ProviderTest, Collections) {
   EXPECT_TRUE(provider.CollectZOLT(record));
   EXPECT_EQ(record.Document().Text(), "<root/>");
   EXPECT_NE(record.BuildXml().find("<SourceType>RQD</SourceType>"), std::string::npos);
-  EXPECT_EQ(Said().back(), "collected with gaps from Queue : /fwv err");
+  EXPECT_EQ(Said(), "collected with gaps from Queue : /fwv err");
 }
 
 TEST_F(ProviderTest, SetProtection) {
