@@ -32,26 +32,13 @@ class PrinterSNMPClientTest : public testing::Test {
   TraceCapture trace;
 };
 
-TEST_F(PrinterSNMPClientTest, GetsNumbersOfEachType) {
-  const std::pair<const char*, std::int64_t> rows[] = {{"02 01 FF", -1},
-                                                       {"41 05 00 C0 00 00 00", 0xC0000000},
-                                                       {"42 01 05", 5},
-                                                       {"43 01 06", 6},
-                                                       {"04 01 35", 99}};  // a text: none
-  for (const auto& [element, expected] : rows) {
-    peer.Set(kFirst, fromHex(element));
-    std::int64_t number = 99;
-    EXPECT_EQ(client.GetInteger(kFirst, number), number != 99);
-    EXPECT_EQ(number, expected);
-  }
-}
-
 TEST_F(PrinterSNMPClientTest, GetSeveralAsksAgainForTheRest) {
   const char* const names[] = {kFirst, kSecond, kThird};
   const auto get = [&] {
     peer.requests.clear();
     Texts texts;
-    for (const auto& text : client.GetSeveral(names).value()) texts.push_back(text.value_or("-"));
+    const auto answer = client.GetSeveral(names);
+    for (const auto& text : answer.value()) texts.push_back(text.value_or("-"));
     return texts;
   };
   peer.Set(kSecond, "b");
@@ -79,30 +66,12 @@ TEST_F(PrinterSNMPClientTest, GetSeveralAsksAgainForTheRest) {
   }
 }
 
-TEST_F(PrinterSNMPClientTest, WalksInRowOrder) {
-  const std::string behind = kColumn + "0";  // not under it
-  Texts texts = {"old"};
-  std::string joined;
-  peer.SetColumn(behind, Texts{"a", std::string("b\0c", 3), "", "d"});
-  EXPECT_TRUE(client.WalkTexts(kColumn.c_str(), texts));
-  EXPECT_EQ(texts, Texts());
-  EXPECT_TRUE(client.WalkTexts(behind.c_str(), texts));
-  EXPECT_THAT(texts, ElementsAre("a", "b", "", "d"));
-  EXPECT_TRUE(client.WalkAndJoin(behind.c_str(), joined));
-  EXPECT_EQ(joined, "ab");  // one text
-  EXPECT_FALSE(client.WalkIntegers(behind.c_str(), numbers));
-  EXPECT_EQ(numbers, Numbers{1});
-}
-
 TEST_F(PrinterSNMPClientTest, WalksAreBounded) {
   const std::string first = kColumn + ".1.1";
   const std::string before = kColumn + ".1.0";
-  const struct {
-    std::size_t rows;
-    std::string next;  // the name of each row behind the first; empty: as it should be
-    int pace;
-    std::string trace;  // empty: all rows are read
-  } rows[] = {
+  const std::tuple<std::size_t, std::string, int, std::string> rows[] = {
+      // how many rows there are; how each behind the first is named, empty: as it should be; seconds that each takes;
+      // what is traced, empty: all are read
       {2, first, 0, "3 name does not increase in walk of " + kColumn + " : " + first},
       {2, before, 0, "3 name does not increase in walk of " + kColumn + " : " + before},
       {3, "", 20, ""},
@@ -110,14 +79,17 @@ TEST_F(PrinterSNMPClientTest, WalksAreBounded) {
       {4096, "", 0, ""},
       {4097, "", 0, "3 too many rows in walk of " + kColumn},
   };
-  for (const auto& row : rows) {
-    peer.SetColumn(kColumn, Numbers(row.rows, 7));
+  peer.SetColumn(kColumn + "0", Numbers{8});  // not under it
+  for (const auto& [count, behind, seconds, traced] : rows) {
+    peer.SetColumn(kColumn, Numbers(count, 7));
     peer.nextName = nullptr;
-    if (!row.next.empty()) peer.nextName = [&](const auto& asked) { return asked == kColumn ? first : row.next; };
-    pace = std::chrono::seconds(row.pace);
-    EXPECT_EQ(client.WalkIntegers(kColumn.c_str(), numbers), row.trace.empty());
-    if (row.trace.empty()) EXPECT_EQ(numbers, Numbers(row.rows, 7));
-    EXPECT_EQ(trace.Texts(), row.trace.empty() ? Texts() : Texts{row.trace});
+    if (!behind.empty())
+      peer.nextName = [&, behind = behind](const auto& asked) { return asked == kColumn ? first : behind; };
+    pace = std::chrono::seconds(seconds);
+    numbers = {1};
+    EXPECT_EQ(client.WalkIntegers(kColumn.c_str(), numbers), traced.empty());
+    EXPECT_EQ(numbers, traced.empty() ? Numbers(count, 7) : Numbers{1});
+    EXPECT_EQ(trace.Texts(), traced.empty() ? Texts() : Texts{traced});
     trace.lines.clear();
   }
 }
