@@ -124,17 +124,14 @@ class SpoolerQueries : public testing::Test {
     static const TempFolder folder;
     std::string spooler = kCommonScript;
     std::string discovery;
-    const auto add = [&](const std::string& section, const std::string& script) {
-      spooler += "[" + section + "]\n" + script + "\n";
+    const auto add = [&](const char* queue, const char* script) {
+      spooler += std::string("[queue ") + queue + "]\nlisted = no\njobs = 1\n" + script + "\n";
     };
-    for (const auto& [name, script] : kBadQueues)
-      add(std::string("queue ") + name, std::string("listed = no\n") + script);
-    for (const auto& [name, script, traced] : kPrintingQueues) {
-      add(std::string("queue ") + name, std::string("listed = no\n") + script);
-    }
+    for (const auto& [name, script] : kBadQueues) add(name, script);
+    for (const auto& [name, script, traced] : kPrintingQueues) add(name, script);
     for (const WSDRow& row : kWSDPorts) {
       const std::string id = std::string("urn:uuid:") + row.port;
-      add(std::string("port WSD-") + row.port, row.script);
+      spooler += std::string("[port WSD-") + row.port + "]\n" + row.script + "\n";
       if (row.deviceID) spooler += std::string("DeviceID = ") + row.deviceID + "\n";
       if (std::string_view(row.port) != "unterminated") spooler += "PnPXID = " + id + "\n";
       if (row.discovery) discovery += id + " = " + row.discovery + "\n";

@@ -55,10 +55,13 @@ TEST(ReadSupplies, Table) {
          columns.types = {3, 3};
        }},
       // Another supply first: the rows of both tables belong together by position.
-      {"4 3=b 6=y 8=2; /modelid missing/no instdate",
-       [](SupplyColumns& columns) {
-         columns = {.types = {9, 3}, .maxima = {100, 100}, .levels = {1, 2}, .colors = {18, 15}};
-         columns.vendors = {"a", "b"}, columns.serials = {"x", "y"}, columns.dates = {"", ""};
+      {"4 3=b 4=T-1 5=VLN 6=S1 7=2024-03-15 8=2; ",
+       [](auto& columns) {
+         columns.types = {9, 3}, columns.maxima = {100, 100}, columns.levels = {1, 2}, columns.colors = {18, 15};
+         for (auto column : {&SupplyColumns::suppliers, &SupplyColumns::models, &SupplyColumns::serials}) {
+           (columns.*column).insert((columns.*column).begin(), "other");
+         }
+         columns.vendors = {"a", "b"}, columns.dates = {"", "07E8030F"};
        }},
   };
   for (const auto& row : rows) {
