@@ -126,23 +126,21 @@ class KVFPrinterUSBTest : public testing::Test {
   }
   std::ptrdiff_t Count(const char* step) const { return std::ranges::count(device.log, step); }
 
-  // Both collect into a fresh record and answer the codes, behind "ok" when it succeeded.
-  std::string Collect() {
+  // Collect reads a fresh record and answers the codes, behind "ok" when it succeeded.
+  template <class Record>
+  std::string Collect(Record& into, HResult (KVFPrinter::*collect)(Record&, std::string&)) {
     Forget();
-    record = {};
+    into = {};
     std::string codes;
-    return (printer->GetZOLTInformation(record, codes) == HResult::Ok ? "ok" : "") + codes;
+    return ((*printer.*collect)(into, codes) == HResult::Ok ? "ok" : "") + codes;
   }
-  std::string CollectProtection() {
-    Forget();
-    PPAInformation protection;
-    std::string codes;
-    return (printer->GetPPAInformation(protection, codes) == HResult::Ok ? "ok" : "") + codes;
-  }
+  std::string Collect() { return Collect(record, &KVFPrinter::GetZOLTInformation); }
+  std::string CollectProtection() { return Collect(protection, &KVFPrinter::GetPPAInformation); }
 
   FakeUSBPrinter device;
   std::unique_ptr<KVFPrinterUSB> printer;
   ZOLTInformation record;
+  PPAInformation protection;
   TraceCapture trace;
 };
 

@@ -15,7 +15,6 @@ namespace zt {
 namespace {
 
 using testing::DoAll;
-using testing::ElementsAre;
 using testing::NiceMock;
 using testing::Return;
 using testing::SetArgReferee;
@@ -72,11 +71,7 @@ class ProviderTest : public testing::Test {
     return {L"Queue",
             {.createPrinter = [&made](const std::wstring&) { return std::move(made); },
              .countJobs = [this](const std::wstring&) { return jobs.at(counted++); },
-             .sendRawJob =
-                 [this](const std::wstring& queue, std::string_view bytes) {
-                   sent.push_back(ToNarrow(queue) + ":" + std::string(bytes));
-                   return sends;
-                 },
+             .sendRawJob = [this](const std::wstring&, std::string_view bytes) { return sent += bytes, sends; },
              .readHostVersion = [this] { return hostVersion; },
              .pause = [this](std::uint32_t milliseconds) { slept += milliseconds; }}};
   }
@@ -90,7 +85,7 @@ class ProviderTest : public testing::Test {
   MockPrinter* printer = nullptr;
   std::vector<std::int32_t> jobs;
   std::size_t counted = 0;
-  std::vector<std::string> sent;
+  std::string sent;
   bool sends = true;
   std::optional<std::string> hostVersion = "3.2.1";
   std::uint32_t slept = 0;
@@ -146,6 +141,12 @@ TEST_F(ProviderTest, Operations) {
   for (const auto& [ask, said] : rows) EXPECT_TRUE(ask(good)) << said;
   EXPECT_EQ(std::pair(life, changes), std::pair(150u, 3u));
   EXPECT_EQ(record.DeviceValues().at("HostVersion"), "3.2.1");
+  sends = false;
+  EXPECT_FALSE(good.SetProtection(false));
+  EXPECT_EQ(
+      sent,
+      "@PJL DEFAULT PROTECT_FROM_OVERRUN_CONSUMABLES=ON\r\n@PJL DEFAULT PROTECT_FROM_OVERRUN_CONSUMABLES=OFF\r\n");
+  sends = true;
 
   Provider refusing = Make("CMD:ZOLT");
   ON_CALL(*printer, IsUSB).WillByDefault(Return(true));
@@ -237,19 +238,6 @@ TEST_F(ProviderTest, Collections) {
   EXPECT_EQ(record.Document().Text(), "<root/>");
   EXPECT_NE(record.BuildXml().find("<SourceType>RQD</SourceType>"), std::string::npos);
   EXPECT_EQ(Said(), "collected with gaps from Queue : /fwv err");
-}
-
-TEST_F(ProviderTest, SetProtection) {
-  Provider provider = Make();
-  provider.Initialize(false);
-  EXPECT_TRUE(provider.SetProtection(true));
-  sends = false;
-  EXPECT_FALSE(provider.SetProtection(false));
-  EXPECT_THAT(sent, ElementsAre("Queue:@PJL DEFAULT PROTECT_FROM_OVERRUN_CONSUMABLES=ON\r\n",
-                                "Queue:@PJL DEFAULT PROTECT_FROM_OVERRUN_CONSUMABLES=OFF\r\n"));
-  ON_CALL(*printer, IsUSB).WillByDefault(Return(true));
-  EXPECT_CALL(*printer, SetProtection(false));
-  EXPECT_TRUE(provider.SetProtection(false));
 }
 
 }  // namespace
