@@ -62,7 +62,7 @@ class ProviderTest : public testing::Test {
   Provider Make(std::string_view deviceID = kDeviceID) {
     auto made = std::make_unique<NiceMock<MockPrinter>>(deviceID);
     printer = made.get();
-    ON_CALL(*printer, GetPortAddress).WillByDefault(DoAll(SetArgReferee<0>(L"10.0.0.7"), Return(HResult::Ok)));
+    ON_CALL(*printer, GetPortAddress).WillByDefault(DoAll(SetArgReferee<0>(L"10.0.0.7"), Return(addressResult)));
     ON_CALL(*printer, ReadSerialNumber).WillByDefault(DoAll(SetArgReferee<0>("SN7"), Return(HResult::Ok)));
     return WithPrinter(std::move(made));
   }
@@ -83,6 +83,7 @@ class ProviderTest : public testing::Test {
   }
 
   MockPrinter* printer = nullptr;
+  HResult addressResult = HResult::Ok;
   std::vector<std::int32_t> jobs;
   std::size_t counted = 0;
   std::string sent;
@@ -110,6 +111,9 @@ TEST_F(ProviderTest, Initialize) {
   EXPECT_FALSE(unsupported.Initialize(true));
   EXPECT_EQ(Said(), "ZOLT is not supported!");
   EXPECT_TRUE(unsupported.Initialize(false));  // it is open all the same
+  addressResult = HResult::Fail;
+  EXPECT_EQ(Make().GetPrinterAddress(), "");
+  EXPECT_EQ(Said(), "Can't get address from Queue!!! Bye~");
 }
 
 // What each operation answers, what it says last of a printer that refuses, and of one that is not open, or not there.
