@@ -336,6 +336,7 @@ TEST_F(KVFPrinterUSBTest, ProtectionDocument) {
     // Between the exchanges, not after the last.
     EXPECT_EQ(device.slept, std::string_view(step) == "write 2" ? 1000u : 0u);
   }
+  EXPECT_THAT(trace.Texts(), ElementsAre("4 Failed to acquire device mon!!!", "4 [ZT] locked failed"));
 }
 
 }  // namespace
