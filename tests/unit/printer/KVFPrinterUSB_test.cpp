@@ -3,7 +3,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "FakeUSBPrinter.h"
+#include <map>
+
+#include "Hex.h"
 #include "PPAInformation.h"
 #include "TraceCapture.h"
 #include "ZOLTInformation.h"
@@ -11,194 +13,227 @@
 namespace zt {
 namespace {
 
-using testing::Contains;
 using testing::ElementsAre;
-using testing::Not;
 
 using Lines = std::vector<std::string>;
+using Answer = std::optional<std::string>;  // none: the step fails
+using Answers = std::vector<Answer>;        // one after the other; the last one stays
+
+// FakeUSBPrinter is a USB printer, with the computer that it is plugged into, as a script of what each step leads to.
+// Without a lock in it, there is no device monitor.
+struct FakeUSBPrinter {
+  std::map<std::string, Answers> script;
+  Lines log;  // the steps that were made
+  std::uint32_t slept = 0;
+
+  Answer Do(const std::string& step) {
+    log.push_back(step);
+    Answers& answers = script[step];
+    if (answers.empty()) return std::nullopt;
+    const Answer answer = answers.front();
+    if (answers.size() > 1) answers.erase(answers.begin());
+    return answer;
+  }
+  std::optional<std::size_t> Fill(const std::string& step, std::span<std::uint8_t> room) {
+    const Answer answer = Do(step);
+    if (!answer || answer->size() > room.size()) return std::nullopt;
+    std::ranges::copy(*answer, room.begin());
+    return answer->size();
+  }
+  USBServices Services();
+};
+
+// OpenPrinter is what one opening gives: the requests, or the pipes.
+class OpenPrinter : public USBControl, public USBBulkIO {
+ public:
+  explicit OpenPrinter(FakeUSBPrinter& printer) : printer_(printer) {}
+  ~OpenPrinter() override { printer_.log.push_back("close"); }
+
+  std::optional<std::size_t> Request(const USBRequest& request, std::span<std::uint8_t> reply) override {
+    std::string step = "request ";
+    for (const std::uint8_t byte : request.bytes) AppendHex(step, byte);
+    return printer_.Fill(reply.size() == request.replySize ? step : "request without room", reply);
+  }
+  std::optional<std::size_t> QueryDeviceID(std::span<std::uint8_t> reply) override {
+    return printer_.Fill("device id", reply);
+  }
+
+ private:
+  bool Write(std::span<const std::uint8_t> bytes) override {
+    return printer_.Do("write " + std::to_string(bytes[11])).has_value();
+  }
+  bool Read(std::span<std::uint8_t> bytes) override {
+    return printer_.Fill("read " + std::to_string(bytes.size()), bytes) == bytes.size();
+  }
+
+  FakeUSBPrinter& printer_;
+};
+
+USBServices FakeUSBPrinter::Services() {
+  const DeviceMonitor monitor = {
+      .acquire = [this](std::uint8_t port) { return Do("acquire " + std::to_string(port)).has_value(); },
+      .release = [this](std::uint8_t port) { return Do("release " + std::to_string(port)).has_value(); }};
+  const auto open = [this](const char* step) { return Do(step) ? std::make_unique<OpenPrinter>(*this) : nullptr; };
+  return {
+      .openControl = [open](const std::wstring&) { return open("open"); },
+      .openBulk = [open](const std::wstring&) { return open("open pipes"); },
+      .loadDeviceMonitor = [=, this] { return script.contains("acquire 153") ? std::optional(monitor) : std::nullopt; },
+      .countJobs = [this](const std::wstring&) { return std::stoi(Do("jobs").value_or("-1")); },
+      .pause = [this](std::uint32_t milliseconds) { slept += milliseconds; }};
+}
 
 const std::string kDocument =
     "<root><ZOLT><ProductType>P</ProductType><Count><DevTotalMonoCount>7</DevTotalMonoCount></Count>"
     "<Supplies></Supplies></ZOLT></root>";
 
+// The reply that announces a document of so many bytes.
+std::string Announcing(std::uint32_t size) {
+  std::string header(12, '\0');
+  for (const int shift : {24, 16, 8, 0}) header += static_cast<char>(size >> shift);
+  return header;
+}
+
 class KVFPrinterUSBTest : public testing::Test {
  protected:
   KVFPrinterUSBTest() {
-    Announce("ZOLT,FWV,CI_12");
-    device.Reply(kUSBSerialNumber, " SN9\r\n");
-    device.Reply(kUSBFirmwareVersion, "V1.2");
-    Plug();
+    device.script = {{"open", {""}},
+                     {"open pipes", {""}},
+                     {"device id", {"MDL:Velnora PHZ-1;CMD:ZOLT,FWV,CI_12;"}},
+                     {"request 490001", {" SN9\r\n"}},
+                     {"request 560000", {"V1.2"}},
+                     {"write 1", {""}},
+                     {"write 2", {""}}};
+    Deliver(kDocument);
+    Open();
   }
 
-  void Announce(const std::string& commands) { device.deviceID = "MDL:Velnora PHZ-1;CMD:" + commands + ";"; }
+  void Deliver(const std::string& document) {
+    device.script["read 16"] = {Announcing(static_cast<std::uint32_t>(document.size()))};
+    device.script["read " + std::to_string(document.size())] = {document};
+  }
 
-  // Plug makes the access to the printer anew.
-  void Plug() {
+  // Open makes the access to the printer anew.
+  HResult Open() {
     printer = std::make_unique<KVFPrinterUSB>(L"\\\\?\\usb#1", device.Services());
     printer->SetQueueName(L"Queue");
+    Forget();
+    return printer->Open();
   }
-
-  // What was done since the last time.
-  Lines Log() { return std::exchange(device.log, {}); }
-  std::ptrdiff_t Count(const char* line) const { return std::count(device.log.begin(), device.log.end(), line); }
-
-  Lines Traced() {
-    Lines texts = trace.Texts();
+  void Forget() {
     trace.lines.clear();
-    return texts;
+    device.log.clear();
+    device.slept = 0;
   }
+  std::ptrdiff_t Count(const char* step) const { return std::ranges::count(device.log, step); }
 
-  void OpenQuietly() {
-    EXPECT_EQ(printer->Open(), HResult::Ok);
-    Log();
-    Traced();
-  }
-
-  // Both collect into a fresh record and answer the codes, behind "ok" when it succeeded.
-  std::string Collect() {
-    record = {};
+  // Collect reads a fresh record and answers the codes, behind "ok" when it succeeded.
+  template <class Record>
+  std::string Collect(Record& into, HResult (KVFPrinter::*collect)(Record&, std::string&)) {
+    Forget();
+    into = {};
     std::string codes;
-    return (printer->GetZOLTInformation(record, codes) == HResult::Ok ? "ok" : "") + codes;
+    return ((*printer.*collect)(into, codes) == HResult::Ok ? "ok" : "") + codes;
   }
-  std::string CollectProtection() {
-    PPAInformation protection;
-    std::string codes;
-    return (printer->GetPPAInformation(protection, codes) == HResult::Ok ? "ok" : "") + codes;
-  }
+  std::string Collect() { return Collect(record, &KVFPrinter::GetZOLTInformation); }
+  std::string CollectProtection() { return Collect(protection, &KVFPrinter::GetPPAInformation); }
 
   FakeUSBPrinter device;
   std::unique_ptr<KVFPrinterUSB> printer;
   ZOLTInformation record;
+  PPAInformation protection;
   TraceCapture trace;
 };
 
 TEST_F(KVFPrinterUSBTest, Open) {
-  for (const std::optional<std::string>& answer : {std::optional<std::string>(), std::optional<std::string>("")}) {
-    device.deviceID = answer;
-    EXPECT_EQ(printer->Open(), HResult::Fail);
-    EXPECT_EQ(Traced(), Lines{"4 can't get device ID"});
+  const std::string longest = "CMD:ZOLT;CLS:" + std::string(1024 - 13, 'x');  // fills its room
+  const std::string extended("CMD:ZOLT,SBXOFF;\0CMD:X;", 23);
+  const struct {
+    Answers opens;
+    Answer deviceID;
+    Answer extended;
+    Lines traced;
+    bool supported;
+  } rows[] = {
+      {{}, "CMD:ZOLT", {}, {"4 can't get device ID"}, false},
+      {{""}, std::nullopt, {}, {"4 can't get device ID"}, false},
+      {{""}, "", {}, {"4 can't get device ID"}, false},
+      {{""}, longest, extended, {"4 EXT is not supported", "4 MPS not supported"}, true},
+      {{""}, "CMD:PJL,EXT", {}, {"4 can't get EXT", "4 MPS not supported"}, false},
+      {{"", {}}, "CMD:PJL,EXT", extended, {"4 can't open device path", "4 MPS not supported"}, false},
+      {{""}, "CMD:PJL,EXT", extended, {"4 MPS not supported"}, true},
+  };
+  for (const auto& row : rows) {
+    device.script["open"] = row.opens;
+    device.script["device id"] = {row.deviceID};
+    device.script["request E00100"] = {row.extended};
+    EXPECT_EQ(Open() == HResult::Ok, row.traced.back() == "4 MPS not supported");
+    EXPECT_EQ(trace.Texts(), row.traced);
+    EXPECT_EQ(printer->IsZOLTSupported() == HResult::Ok, row.supported);
   }
-  device.opens = false;
-  EXPECT_EQ(printer->Open(), HResult::Fail);
-  EXPECT_THAT(trace.debug, ElementsAre("Can't open"));
-  Traced();
-
-  device.opens = true;
-  device.deviceID = "CMD:ZOLT;MDL:Velnora PHZ-1;CLS:" + std::string(1024 - 31, 'x');  // fills its room
-  Log();
-  EXPECT_EQ(printer->Open(), HResult::Ok);
-  EXPECT_EQ(Traced(), (Lines{"4 EXT is not supported", "4 MPS not supported"}));
   std::string text;
   EXPECT_EQ(printer->GetDeviceID(text), HResult::Ok);
-  EXPECT_EQ(text, *device.deviceID);
-  EXPECT_THAT(Log(), ElementsAre("open", "device id", "close"));  // read once
-  EXPECT_EQ(printer->GetModelFamilyName(text), HResult::Ok);
-  EXPECT_EQ(text, "PHZ");
-}
-
-TEST_F(KVFPrinterUSBTest, ExtendedID) {
-  Announce("PJL,EXT");
-  EXPECT_EQ(printer->Open(), HResult::Ok);
-  EXPECT_EQ(Traced(), (Lines{"4 can't get EXT", "4 MPS not supported"}));
-  device.opensUntilFailure = 1;
-  Plug();
-  EXPECT_EQ(printer->Open(), HResult::Ok);
-  EXPECT_EQ(Traced(), (Lines{"4 can't open device path", "4 MPS not supported"}));
-
-  device.opensUntilFailure = 100;
-  device.Reply(kUSBExtendedDeviceID, std::string("CMD:ZOLT,SBXOFF;\0CMD:X;", 23));
-  Plug();
-  Log();
-  EXPECT_EQ(printer->Open(), HResult::Ok);
-  EXPECT_THAT(Log(), ElementsAre("open", "device id", "close", "open", "request E0 01 00", "close"));
-  EXPECT_EQ(Traced(), Lines{"4 MPS not supported"});
-  EXPECT_EQ(printer->IsZOLTSupported(), HResult::Ok);
-  std::string text;
-  EXPECT_EQ(printer->GetExtendedDeviceID(text), HResult::Ok);
-  EXPECT_EQ(text, "CMD:ZOLT,SBXOFF;");
+  EXPECT_EQ(text, "CMD:PJL,EXT");
+  EXPECT_THAT(device.log, ElementsAre("open", "device id", "close", "open", "request E00100", "close"));  // read once
 }
 
 TEST_F(KVFPrinterUSBTest, WakeSequence) {
   const std::string asleep("\0\xAA\xAA\xAA\0\0\0\0", 8);
-  const std::string awake(8, '\x01');
-  const struct {
-    std::vector<std::optional<std::string>> replies;  // of the status requests; the last one stays
-    int wakes;
-    int statusRequests;
-  } rows[] = {
-      {{awake}, 0, 1},        {{asleep, asleep, awake}, 2, 3}, {{asleep}, 6, 6},  // and no more
-      {{std::nullopt}, 0, 1}, {{asleep, std::nullopt}, 1, 2},
-  };
-  Announce("ZOLT,MPS");
-  for (const auto& row : rows) {
-    device.replies[kUSBStatus.bytes] = {row.replies.begin(), row.replies.end()};
-    device.slept = 0;
-    Plug();
-    Log();
-    EXPECT_EQ(printer->Open(), HResult::Ok);  // whatever the outcome
-    EXPECT_EQ(Count("request 99 00 00"), row.wakes);
-    EXPECT_EQ(Count("request 02 00 00"), row.statusRequests);
-    EXPECT_EQ(device.slept, 1000u * static_cast<std::uint32_t>(row.wakes));
+  const std::tuple<Answers, std::ptrdiff_t, std::ptrdiff_t> rows[] = {
+      // replies to the status requests; how many of these, and of wakes, were sent
+      {{asleep, asleep, std::string(8, '\x01')}, 3, 2},
+      {{asleep}, 6, 6},  // and no more
+      {{}, 1, 0}};
+  device.script["device id"] = {"CMD:MPS"};
+  for (const auto& [replies, statusRequests, wakes] : rows) {
+    device.script["request 020000"] = replies;
+    EXPECT_EQ(Open(), HResult::Ok);  // whatever the outcome
+    EXPECT_EQ(Count("request 020000"), statusRequests);
+    EXPECT_EQ(Count("request 990000"), wakes);
+    EXPECT_EQ(device.slept, 1000 * wakes);
   }
 }
 
 TEST_F(KVFPrinterUSBTest, StatusSuppliesAndCounters) {
-  OpenQuietly();
   StatusBlock status;
   std::vector<SupplyEntry> supplies;
   std::uint32_t largest = 7;
   std::uint32_t total = 7;
   EXPECT_EQ(printer->GetStatusBlock(status), HResult::NotImplemented);
-  EXPECT_EQ(printer->GetSupplyLevels(supplies), HResult::NotImplemented);
   EXPECT_EQ(printer->GetPageCounters(largest, total), HResult::NotImplemented);
-  EXPECT_FALSE(status.valid);
 
-  std::string block(255, '\0');
-  block[3] = 9;
-  block[15] = 5;
-  device.Reply(kUSBStatus, "\x01\x02\x03\x04\x05\x06\x07\x08");
-  device.Reply(kUSBCounters, block.substr(0, 254));
-  device.Reply(kUSBCounters, block);
+  device.script["request 020000"] = {"\x01\x02\x03\x04\x05\x06\x07\x08"};
   EXPECT_EQ(printer->GetStatusBlock(status), HResult::Ok);
-  EXPECT_TRUE(status.valid);
-  EXPECT_THAT(status.bytes, ElementsAre(1, 2, 3, 4, 5, 6, 7, 8));
+  EXPECT_TRUE(status.valid && status.bytes[7] == 8);
   EXPECT_EQ(printer->GetSupplyLevels(supplies), HResult::Ok);
   EXPECT_EQ(supplies.size(), 4u);
+
+  device.script["request 430000"] = {std::string(254, '\1'), Announcing(5) + std::string(239, '\0')};
   EXPECT_EQ(printer->GetPageCounters(largest, total), HResult::Fail);
   EXPECT_EQ(std::pair(largest, total), std::pair(7u, 7u));
   EXPECT_EQ(printer->GetPageCounters(largest, total), HResult::Ok);
-  EXPECT_EQ(std::pair(largest, total), std::pair(5u, 9u));
-  device.opens = false;
-  EXPECT_EQ(printer->GetStatusBlock(status), HResult::Fail);
+  EXPECT_EQ(std::pair(largest, total), std::pair(5u, 0u));
 }
 
 TEST_F(KVFPrinterUSBTest, SetProtection) {
-  const struct {
-    bool on;
-    std::optional<std::string> reply;
-    HResult result;
-  } rows[] = {
-      {true, "ONxxxxxx", HResult::Ok},
-      {false, std::string("OFF\0\0\0\0\0", 8), HResult::Ok},
-      {true, std::string("OFF\0\0\0\0\0", 8), HResult::Fail},
-      {false, std::string("OF\0\0\0\0\0\0", 8), HResult::Fail},
-      {true, "ON", HResult::Fail},
-      {false, std::nullopt, HResult::Fail},
-  };
-  for (const auto& row : rows) {
-    device.replies.clear();
-    device.Reply(row.on ? kUSBProtectionOn : kUSBProtectionOff, row.reply);
-    EXPECT_EQ(printer->SetProtection(row.on), row.result) << row.reply.value_or("-");
+  const std::string on = "ONxxxxxx";
+  const std::string off("OFF\0\0\0\0\0", 8);
+  const std::tuple<Answer, Answer, HResult> rows[] = {// the replies to on and off
+                                                      {on, off, HResult::Ok},
+                                                      {off, on, HResult::Fail},
+                                                      {"ON", std::nullopt, HResult::Fail}};
+  for (const auto& [toOn, toOff, result] : rows) {
+    device.script["request 430100"] = {toOn};
+    device.script["request 430200"] = {toOff};
+    EXPECT_EQ(printer->SetProtection(true), result);
+    EXPECT_EQ(printer->SetProtection(false), result);
   }
 }
 
 TEST_F(KVFPrinterUSBTest, Record) {
-  OpenQuietly();
-  device.AddDocument(kDocument);
   EXPECT_EQ(Collect(), "ok");
-  EXPECT_THAT(Log(), ElementsAre("count jobs", "open pipes", "write 16 step 1", "read 16", "write 16 step 2",
-                                 "read " + std::to_string(kDocument.size()), "close pipes", "open", "request 49 00 01",
-                                 "close", "open", "request 56 00 00", "close"));
+  EXPECT_THAT(device.log, ElementsAre("jobs", "open pipes", "write 1", "read 16", "write 2",
+                                      "read " + std::to_string(kDocument.size()), "close", "open", "request 490001",
+                                      "close", "open", "request 560000", "close"));
   EXPECT_EQ(record.DeviceValues(), (ElementValues{{"CountryIndex", "12"},
                                                   {"GeneralSerialNumber", "SN9"},
                                                   {"MDL", "Velnora PHZ-1"},
@@ -207,133 +242,101 @@ TEST_F(KVFPrinterUSBTest, Record) {
   EXPECT_EQ(record.CounterValues(), (ElementValues{{"DevTotalMonoCount", "7"}}));
   EXPECT_FALSE(record.IsDocumentMode());
 
+  device.script["device id"] = {"MDL:Velnora PHZ-1;CMD:ZOLT,FWV,RDS"};
+  Open();
   printer->SetQueueName(L"");
-  device.AddDocument(kDocument);
   EXPECT_EQ(Collect(), "ok");
-  EXPECT_THAT(Log(), Not(Contains("count jobs")));  // a queue without a name has none
-
-  Announce("ZOLT,FWV,RDS");
-  Plug();
-  OpenQuietly();
-  record = {};
-  record.SetDocument(kDocument);  // read before in this run
-  std::string codes;
-  EXPECT_EQ(printer->GetZOLTInformation(record, codes), HResult::Ok);
   EXPECT_TRUE(record.IsDocumentMode());
   EXPECT_EQ(record.DeviceValues().at("ProductType"), "PHZ");
-  EXPECT_THAT(Log(), Not(Contains("open pipes")));
+  EXPECT_EQ(Count("jobs"), 0);  // a queue without a name has none
+  std::string codes;
+  EXPECT_EQ(printer->GetZOLTInformation(record, codes), HResult::Ok);
+  EXPECT_EQ(Count("write 1"), 1);  // the record holds the document already
 }
 
-// Each step of the exchange failing, in its order.
 TEST_F(KVFPrinterUSBTest, BrokenExchanges) {
-  const auto announcing = [](const char(&length)[5]) { return std::string(12, '\0') + std::string(length, 4); };
-  const std::string five = announcing("\0\0\0\x05");
-  const struct {
-    Lines reads;
-    std::size_t writes;
-    std::size_t steps;  // that were made, opening and closing included
-  } rows[] = {
-      {{}, 0, 3},
-      {{}, 9, 4},                                // no reply
-      {{five.substr(0, 15)}, 9, 4},              // cut short
-      {{announcing("\0\0\0\0")}, 9, 4},          // length 0
-      {{announcing("\xFF\xFF\xFF\xFF")}, 9, 4},  // 4 GiB less one
-      {{announcing("\0\x10\0\x01")}, 9, 4},      // 1 MiB and one
-      {{five}, 1, 5},
-      {{five}, 9, 6},
-      {{five, "<a/>"}, 9, 6},  // shorter than announced
+  const std::tuple<const char*, Answers, std::size_t> rows[] = {
+      // the step that fails; how many were made, counting the jobs, opening and closing included
+      {"write 1", {}, 4},
+      {"read 16", {}, 5},
+      {"read 16", {Announcing(0)}, 5},
+      {"read 16", {Announcing(0xFFFFFFFF)}, 5},
+      {"read 16", {Announcing(1024 * 1024 + 1)}, 5},
+      {"write 2", {}, 6},
+      {"read 5", {"<a/>"}, 7},
   };
-  OpenQuietly();
-  for (const auto& row : rows) {
-    device.reads = {row.reads.begin(), row.reads.end()};
-    device.writesUntilFailure = row.writes;
-    Log();
+  Deliver("<aa/>");
+  const auto usual = device.script;
+  Lines traced;
+  for (const auto& [step, answers, steps] : rows) {
+    device.script = usual;
+    device.script[step] = answers;
     EXPECT_EQ(Collect(), "/xml error");
-    EXPECT_EQ(device.log.size(), row.steps + 1) << testing::PrintToString(device.log);
-    EXPECT_EQ(device.log.back(), "close pipes");
+    EXPECT_EQ(device.log.size(), steps) << testing::PrintToString(device.log);
+    std::ranges::copy(trace.Texts(), std::back_inserter(traced));
   }
-  EXPECT_EQ(Traced(), (Lines{"3 usb document too long : 4294967295", "3 usb document too long : 1048577"}));
+  EXPECT_THAT(traced, ElementsAre("3 usb document too long : 4294967295", "3 usb document too long : 1048577"));
 }
 
 // A printer with every fault at once, mended one by one.
 TEST_F(KVFPrinterUSBTest, CodesInTheOrderOfTheFailures) {
-  device = FakeUSBPrinter();
-  device.deviceID = "CMD:FWV";
-  device.acquires = false;
-  device.bulkOpens = false;
-  std::string document = "no document";
-  const std::pair<const char*, std::function<void()>> rows[] = {
-      {"", [&] { device.deviceID = "CMD:ZOLT"; }},  // a printer without support is not asked
-      {"/lock failed", [&] { device.acquires.reset(), device.jobs = 1; }},
-      {"/job pending", [&] { device.jobs = -1; }},                 // a queue that can't be asked holds nothing up
-      {"/open fail/xml error", [&] { device.bulkOpens = true; }},  // it goes on with an empty text
-      {"/xml errorno document", [&] { document = "<root/>"; }},
-      {"/modelname err", [&] { device.deviceID = "CMD:ZOLT;MDL:M"; }},
-      {"/serialno err", [&] { device.Reply(kUSBSerialNumber, "SN9"), device.Reply(kUSBFirmwareVersion, "V1"); }},
-      {"/fwv err", [&] { device.deviceID = "CMD:ZOLT,FWV;MDL:M"; }},
-      {"/no ZOLT el/no Count el", [&] { document = kDocument; }},
-      {"ok", [] {}},
+  const std::tuple<const char*, const char*, Answer> rows[] = {
+      // codes, and the step that is mended by an answer
+      {"", "device id", "CMD:ZOLT"},  // a printer without support is not asked
+      {"/job pending", "acquire 153", std::nullopt},
+      {"/lock failed", "acquire 153", ""},         // the lock decides, not the jobs
+      {"/open fail/xml error", "open pipes", ""},  // it goes on with an empty text
+      {"/xml errorno document", "read 11", "<r>1234</r>"},
+      {"/modelname err", "device id", "CMD:ZOLT;MDL:M"},
+      {"/serialno err", "request 490001", "SN9"},
+      {"/fwv err", "request 560000", "V1"},  // it is not announced
+      {"/fwv err", "device id", "CMD:ZOLT,FWV;MDL:M"},
+      {"/no ZOLT el/no Count el", "", ""},
   };
-  for (const auto& [codes, mend] : rows) {
-    device.reads.clear();
-    device.AddDocument(document);
-    Plug();
-    OpenQuietly();
+  device.script = {{"open", {""}}, {"device id", {"CMD:FWV"}}, {"jobs", {"1"}}, {"release 153", {""}}};
+  device.script["write 1"] = device.script["write 2"] = {""};
+  Deliver("no document");
+  for (const auto& [codes, step, answer] : rows) {
+    Open();
     EXPECT_EQ(Collect(), codes);
     EXPECT_EQ(device.log.empty(), *codes == '\0');
-    mend();
+    device.script[step] = {answer};
   }
 }
 
 TEST_F(KVFPrinterUSBTest, LockIsHeldDuringTheExchangeAndReleasedUntilThatSucceeds) {
-  device.acquires = true;
-  device.jobs = 3;  // the lock decides, not the jobs
-  OpenQuietly();
-  device.AddDocument(kDocument);
-  EXPECT_EQ(Collect(), "ok");
-  EXPECT_EQ(device.log.front(), "acquire 153");
-  EXPECT_EQ(device.log.back(), "release 153");
-  EXPECT_THAT(Log(), Not(Contains("count jobs")));
-
-  device.bulkOpens = false;
-  const std::pair<std::size_t, std::uint32_t> rows[] = {{0, 1}, {3, 4}, {500, 101}};
-  for (const auto& [failures, attempts] : rows) {
-    device.releasesThatFail = failures;
-    device.slept = 0;
-    EXPECT_EQ(Collect(), "/open fail/xml error");
-    EXPECT_EQ(device.log.front(), "acquire 153");
-    EXPECT_EQ(Count("release 153"), attempts);
-    EXPECT_EQ(Log().size(), attempts + 1);
-    EXPECT_EQ(device.slept, 500 * (attempts - 1));
-  }
-  device.acquires = false;
-  EXPECT_EQ(Collect(), "/lock failed");
-  EXPECT_THAT(Log(), ElementsAre("acquire 153"));
+  device.script["acquire 153"] = {""};
+  device.script["release 153"] = {std::nullopt, ""};
+  device.script["write 1"] = {};
+  EXPECT_EQ(Collect(), "/xml error");
+  EXPECT_THAT(device.log, ElementsAre("acquire 153", "open pipes", "write 1", "close", "release 153", "release 153"));
+  EXPECT_EQ(device.slept, 500u);
+  device.script["release 153"] = {};
+  Collect();
+  EXPECT_EQ(Count("release 153"), 101);
 }
 
 TEST_F(KVFPrinterUSBTest, ProtectionDocument) {
-  OpenQuietly();
-  device.reads = {"short"};
-  device.AddDocument(kDocument);
+  device.script["write 2"] = {std::nullopt, ""};
   EXPECT_EQ(CollectProtection(), "ok");
-  EXPECT_EQ(Traced(), (Lines{"4 [ZT] more try to get xml.: 0 ..", "4 [ZT] more try to get xml.: 1 ..",
-                             "4 [ZT] Success to get xml..."}));
-  EXPECT_THAT(trace.debug, ElementsAre("[ZT] getPPAInformation start"));
+  EXPECT_EQ(trace.Texts(), (Lines{"4 [ZT] more try to get xml.: 0 ..", "4 [ZT] more try to get xml.: 1 ..",
+                                  "4 [ZT] Success to get xml..."}));
   EXPECT_EQ(device.slept, 500u);
 
-  EXPECT_EQ(CollectProtection(), "/xml error");
-  EXPECT_EQ(Traced().back(), "4 [ZT] more try to get xml.: 2 ..");
-  EXPECT_EQ(device.slept, 1500u);  // between the exchanges, not after the last
-
-  device.bulkOpens = false;
-  EXPECT_EQ(CollectProtection(), "/open fail");
-  EXPECT_EQ(Traced(), Lines{"4 [ZT] getPPAInformation usb open failed."});
-  device.jobs = 1;
-  EXPECT_EQ(CollectProtection(), "/job pending");
-  EXPECT_EQ(Traced(), Lines{"4 [ZT] job pending"});
-  device.acquires = false;
-  EXPECT_EQ(CollectProtection(), "/lock failed");
-  EXPECT_EQ(Traced(), (Lines{"4 Failed to acquire device mon!!!", "4 [ZT] locked failed"}));
+  const std::tuple<const char*, Answers, const char*, const char*> rows[] = {
+      {"write 2", {}, "/xml error", "4 [ZT] more try to get xml.: 2 .."},
+      {"open pipes", {}, "/open fail", "4 [ZT] getPPAInformation usb open failed."},
+      {"jobs", {"1"}, "/job pending", "4 [ZT] job pending"},
+      {"acquire 153", {}, "/lock failed", "4 [ZT] locked failed"},
+  };
+  for (const auto& [step, answers, codes, traced] : rows) {
+    device.script[step] = answers;
+    EXPECT_EQ(CollectProtection(), codes);
+    EXPECT_EQ(trace.Texts().back(), traced);
+    // Between the exchanges, not after the last.
+    EXPECT_EQ(device.slept, std::string_view(step) == "write 2" ? 1000u : 0u);
+  }
+  EXPECT_THAT(trace.Texts(), ElementsAre("4 Failed to acquire device mon!!!", "4 [ZT] locked failed"));
 }
 
 }  // namespace

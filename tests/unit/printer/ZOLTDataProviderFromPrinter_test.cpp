@@ -3,60 +3,90 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "FakePrinter.h"
+#include <new>
+
+#include "Codes.h"
+#include "PPAInformation.h"
+#include "Text.h"
 #include "TraceCapture.h"
+#include "ZOLTInformation.h"
 
 namespace zt {
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
+using testing::DoAll;
+using testing::NiceMock;
+using testing::Return;
+using testing::SetArgReferee;
+using testing::Throw;
 
-constexpr const char* kDeviceID = "MFG:Velnora;MDL:Velnora RV-2160;CMD:PJL,ZOLT,SBXOFF,CI_52;";
+constexpr std::string_view kDeviceID = "MFG:Velnora;MDL:Velnora RV-2160;CMD:PJL,ZOLT,SBXOFF,CI_52;";
 
-using Lines = std::vector<std::string>;
+using Provider = ZOLTDataProviderFromPrinter;
+
+// MockPrinter answers Ok and leaves the outputs alone, unless a test says otherwise.
+class MockPrinter : public KVFPrinter {
+ public:
+  explicit MockPrinter(std::string_view deviceID) { AdoptDeviceID(deviceID); }
+
+  MOCK_METHOD(HResult, Open, (), (override));
+  MOCK_METHOD(HResult, GetPortAddress, (std::wstring&), (override));
+  MOCK_METHOD(HResult, CollectZOLT, (ZOLTInformation&, Codes&), (override));
+  MOCK_METHOD(HResult, CollectPPA, (PPAInformation&, Codes&), (override));
+  MOCK_METHOD(HResult, ReadSerialNumber, (std::string&), (override));
+  MOCK_METHOD(HResult, GetPageCounters, (std::uint32_t&, std::uint32_t&), (override));
+  MOCK_METHOD(HResult, GetSBXState, (ProtectionState*), (override));
+  MOCK_METHOD(HResult, GetCountryIndex, (std::string&), (override));
+  MOCK_METHOD(HResult, GetExtendedDeviceID, (std::string&), (override));
+  MOCK_METHOD(HResult, SetProtection, (bool), (override));
+  MOCK_METHOD(bool, IsUSB, (), (const, override));
+
+  // The provider asks for none of these.
+  MOCK_METHOD(HResult, GetStatusBlock, (StatusBlock&), (override));
+  MOCK_METHOD(HResult, GetFirmwareVersion, (std::string&), (override));
+  MOCK_METHOD(HResult, GetSupplyLevels, (std::vector<SupplyEntry>&), (override));
+  MOCK_METHOD(HResult, GetDeviceID, (std::string&), (override));
+};
+
+// A collection that appends these codes.
+auto Collects(HResult result, std::string codes) {
+  return [=](ReportRecord&, Codes& gathered) {
+    gathered.Add(codes);
+    return result;
+  };
+}
 
 class ProviderTest : public testing::Test {
  protected:
-  // The provider of a queue with this printer, which stays reachable as `printer`.
-  ZOLTDataProviderFromPrinter Provider(const char* deviceID = kDeviceID) {
-    auto made = std::make_unique<FakePrinter>(deviceID);
+  // The provider of a queue with a printer of that device ID, which stays reachable as `printer`.
+  Provider Make(std::string_view deviceID = kDeviceID) {
+    auto made = std::make_unique<NiceMock<MockPrinter>>(deviceID);
     printer = made.get();
+    ON_CALL(*printer, GetPortAddress).WillByDefault(DoAll(SetArgReferee<0>(L"10.0.0.7"), Return(addressResult)));
+    ON_CALL(*printer, ReadSerialNumber).WillByDefault(DoAll(SetArgReferee<0>("SN7"), Return(HResult::Ok)));
     return WithPrinter(std::move(made));
   }
 
-  ZOLTDataProviderFromPrinter Initialized(const char* deviceID = kDeviceID) {
-    ZOLTDataProviderFromPrinter provider = Provider(deviceID);
-    provider.Initialize(false);
-    return provider;
-  }
-
-  ZOLTDataProviderFromPrinter WithPrinter(std::unique_ptr<KVFPrinter> made) {
+  Provider WithPrinter(std::unique_ptr<KVFPrinter> made) {
     return {L"Queue",
             {.createPrinter = [&made](const std::wstring&) { return std::move(made); },
              .countJobs = [this](const std::wstring&) { return jobs.at(counted++); },
-             .sendRawJob =
-                 [this](const std::wstring& queue, std::string_view bytes) {
-                   sent.push_back(ToNarrow(queue) + ":" + std::string(bytes));
-                   return sends;
-                 },
+             .sendRawJob = [this](const std::wstring&, std::string_view bytes) { return sent += bytes, sends; },
              .readHostVersion = [this] { return hostVersion; },
              .pause = [this](std::uint32_t milliseconds) { slept += milliseconds; }}};
   }
 
-  // What was traced since the last time, and behind it what went to the debugger output.
-  Lines Said() {
-    Lines said = trace.Texts();
-    said.insert(said.end(), trace.debug.begin(), trace.debug.end());
-    trace.lines.clear();
-    trace.debug.clear();
-    return said;
+  // The last of what was traced since the last time.
+  std::string Said() {
+    const std::vector<TracedLine> lines = std::exchange(trace.lines, {});
+    return lines.empty() ? "" : lines.back().message;
   }
 
-  FakePrinter* printer = nullptr;
+  MockPrinter* printer = nullptr;
+  HResult addressResult = HResult::Ok;
   std::vector<std::int32_t> jobs;
   std::size_t counted = 0;
-  Lines sent;
+  std::string sent;
   bool sends = true;
   std::optional<std::string> hostVersion = "3.2.1";
   std::uint32_t slept = 0;
@@ -66,223 +96,152 @@ class ProviderTest : public testing::Test {
   TraceCapture trace;
 };
 
-TEST_F(ProviderTest, AddressOfThePrinter) {
-  EXPECT_EQ(Provider().GetPrinterAddress(), "10.0.0.7");
-  EXPECT_EQ(Provider().GetQueueName(), L"Queue");
-  EXPECT_THAT(Said(), IsEmpty());
-  EXPECT_EQ(WithPrinter(nullptr).GetPrinterAddress(), "");
-  EXPECT_EQ(Said(), Lines{"2 Can't get address from QName : Queue!!! Bye~"});
-  auto made = std::make_unique<FakePrinter>(kDeviceID);
-  made->address.reset();
-  EXPECT_EQ(WithPrinter(std::move(made)).GetPrinterAddress(), "");
-  EXPECT_EQ(Said(), Lines{"2 Can't get address from Queue!!! Bye~"});
-}
-
 TEST_F(ProviderTest, Initialize) {
-  ZOLTDataProviderFromPrinter provider = Provider();
-  printer->result = HResult::Fail;
+  Provider provider = Make();
+  EXPECT_EQ(provider.GetPrinterAddress(), "10.0.0.7");
+  EXPECT_CALL(*printer, Open).WillOnce(Return(HResult::Fail)).WillOnce(Return(HResult::Ok));
   EXPECT_FALSE(provider.Initialize(true));
-  EXPECT_EQ(Said(), Lines{"4 failed to initialize printer"});
-  printer->result = HResult::Ok;
+  EXPECT_EQ(Said(), "failed to initialize printer");
   EXPECT_TRUE(provider.Initialize(false));
+  EXPECT_EQ(Said(), "");
   EXPECT_TRUE(provider.Initialize(true));  // it is open; only the support is checked
-  EXPECT_EQ(Said(), (Lines{"4 the printer has been already initialized.", "4 Checking ZOLT support from device..."}));
-  EXPECT_THAT(printer->calls, ElementsAre("Open", "Open"));
+  EXPECT_EQ(Said(), "Checking ZOLT support from device...");
 
-  ZOLTDataProviderFromPrinter unsupported = Provider("CMD:PJL;");
+  Provider unsupported = Make("CMD:PJL;");
   EXPECT_FALSE(unsupported.Initialize(true));
-  EXPECT_EQ(Said(), (Lines{"4 Checking ZOLT support from device...", "4 ZOLT is not supported!"}));
+  EXPECT_EQ(Said(), "ZOLT is not supported!");
   EXPECT_TRUE(unsupported.Initialize(false));  // it is open all the same
+  addressResult = HResult::Fail;
+  EXPECT_EQ(Make().GetPrinterAddress(), "");
+  EXPECT_EQ(Said(), "Can't get address from Queue!!! Bye~");
 }
 
-// What each operation says of a printer that refuses, and all of one that is not open, or not there. What they say when
-// they succeed is seen end to end.
-TEST_F(ProviderTest, RefusedOperations) {
-  using Provider = ZOLTDataProviderFromPrinter;
+// What each operation answers, what it says last of a printer that refuses, and of one that is not open, or not there.
+// What they say when they succeed is seen end to end.
+TEST_F(ProviderTest, Operations) {
   ProtectionState state = ProtectionState::OT;
   std::uint32_t life = 0;
   std::uint32_t changes = 0;
-  std::string country = "old";
-  const Lines collecting = {"4 Start collecting..."};  // said before the printer is looked for
-  const Lines collectingSBX = {"4 Start SBX collecting..."};
-  const std::string failed = "3 failed to collect from Queue : /lock failed";
-  const struct {
-    std::function<bool(Provider&)> ask;
-    Lines first;
-    Lines refused;
-  } rows[] = {
-      {[&](Provider& p) { return p.CheckSBXSupport(&state); },
-       {},
-       {"4 SBX is not supported!", "Checking SBX support from device..."}},
-      {[&](Provider& p) { return p.GetModelName(text); }, {}, {"4 Get ModelName...", "2 ModelName is missing!!!"}},
-      {[&](Provider& p) { return p.GetTonerLife(&life, &changes); },
-       {},
-       {"4 Get  toner life information and if it change...", "2  toner life information is missing!!!"}},
-      {[&](Provider& p) { return p.GetCountryIndex(country); },
-       {},
-       {"4 [ZT] Country Index from ext not supported!", "[ZT] Get country Index from ext."}},
-      {[](Provider& p) { return p.ExtendedIDContains("A,B"); },
-       {},
-       {"4 [ZT] Failed get device id ext", "[ZT] Get device ID Ext."}},
-      {[&](Provider& p) { return p.GetHostVersion(record); }, {}, {}},
-      {[](Provider& p) { return p.SetProtection(true); }, {}, {"[ZT] Protection On using vendor command : USB"}},
-      {[&](Provider& p) { return p.CollectSBX(protection); }, collectingSBX, {"4 End SBX collecting...", failed}},
-      {[&](Provider& p) { return p.CollectZOLT(record); }, collecting, {"4 End collecting...", failed}},
-      {[&](Provider& p) { return p.GetSerialNumber(text); },
-       {},
-       {"4 Get Serial number...", "2 Serial Number is missing!!!"}},
+  const std::string longCodes = "/xml error" + std::string(990, 'x');
+  const std::pair<std::function<bool(Provider&)>, std::string> rows[] = {
+      {[&](Provider& p) { return p.CheckSBXSupport(&state); }, "SBX is not supported!"},
+      {[&](Provider& p) { return p.GetCountryIndex(text); }, "[ZT] Country Index from ext not supported!"},
+      {[&](Provider& p) { return p.GetModelName(text); }, "ModelName is missing!!!"},
+      {[&](Provider& p) { return p.GetTonerLife(&life, &changes); }, " toner life information is missing!!!"},
+      {[](Provider& p) { return p.ExtendedIDContains("A,B"); }, "[ZT] Failed get device id ext"},
+      {[&](Provider& p) { return p.GetHostVersion(record); }, ""},
+      {[](Provider& p) { return p.SetProtection(true); }, ""},
+      {[&](Provider& p) { return p.CollectSBX(protection); }, "failed to collect from Queue : /no memory"},
+      {[&](Provider& p) { return p.CollectZOLT(record); }, "failed to collect from Queue : " + longCodes},
+      {[&](Provider& p) { return p.GetSerialNumber(text); }, "Serial Number is missing!!!"},
   };
-  Provider good = Initialized();
-  printer->counters = {150, 3};
-  for (const auto& row : rows) EXPECT_TRUE(row.ask(good));
-  EXPECT_EQ(std::tuple(state, text, life, changes, country),
-            std::tuple(ProtectionState::Off, std::string("SN7"), 150u, 3u, std::string("52")));
+  Provider good = Make();
+  ON_CALL(*printer, GetPageCounters)
+      .WillByDefault(DoAll(SetArgReferee<0>(150), SetArgReferee<1>(3), Return(HResult::Ok)));
+  ON_CALL(*printer, GetExtendedDeviceID).WillByDefault(DoAll(SetArgReferee<0>("CMD:A,B;"), Return(HResult::Ok)));
+  // A printer without an index fails, which counts as an answer; the caller looks at the text.
+  ON_CALL(*printer, GetCountryIndex).WillByDefault(Return(HResult::Fail));
+  good.Initialize(false);
+  for (const auto& [ask, said] : rows) EXPECT_TRUE(ask(good)) << said;
+  EXPECT_EQ(std::pair(life, changes), std::pair(150u, 3u));
   EXPECT_EQ(record.DeviceValues().at("HostVersion"), "3.2.1");
-  EXPECT_FALSE(good.CheckSBXSupport(nullptr) || good.GetTonerLife(nullptr, &changes) ||
-               good.GetTonerLife(&life, nullptr) || good.ExtendedIDContains("B,A") || good.SendRawToQueue(nullptr));
-  // A printer without an index answers Fail, which counts as an answer; the caller looks at the text.
-  printer->identityResult = HResult::Fail;
-  EXPECT_TRUE(good.GetCountryIndex(country));
+  sends = false;
+  EXPECT_FALSE(good.SetProtection(false));
+  EXPECT_EQ(
+      sent,
+      "@PJL DEFAULT PROTECT_FROM_OVERRUN_CONSUMABLES=ON\r\n@PJL DEFAULT PROTECT_FROM_OVERRUN_CONSUMABLES=OFF\r\n");
+  sends = true;
 
-  Provider refusing = Initialized("CMD:ZOLT");
-  printer->usb = true;
-  printer->result = HResult::Fail;
-  printer->identityResult = HResult::False;
-  printer->serialNumber.reset();
-  printer->codes = "/lock failed";
-  printer->document = "<root/>";
+  Provider refusing = Make("CMD:ZOLT");
+  ON_CALL(*printer, IsUSB).WillByDefault(Return(true));
+  ON_CALL(*printer, GetSBXState).WillByDefault(Return(HResult::False));
+  ON_CALL(*printer, GetCountryIndex).WillByDefault(Return(HResult::False));
+  ON_CALL(*printer, GetPageCounters).WillByDefault(Return(HResult::Fail));
+  ON_CALL(*printer, GetExtendedDeviceID).WillByDefault(Return(HResult::False));
+  ON_CALL(*printer, SetProtection).WillByDefault(Return(HResult::Fail));
+  ON_CALL(*printer, CollectPPA).WillByDefault(Throw(std::bad_alloc()));
+  ON_CALL(*printer, CollectZOLT).WillByDefault(Collects(HResult::Fail, longCodes + "and more"));
+  ON_CALL(*printer, ReadSerialNumber).WillByDefault(Return(HResult::Fail));
   hostVersion.reset();
+  refusing.Initialize(false);
+  Provider closed = Make();
   Provider none = WithPrinter(nullptr);
-  FakePrinter* const asked = printer;
-  Provider closed = this->Provider();
-  Said();
-  for (const auto& row : rows) {
-    Lines expected = row.first;
-    expected.insert(expected.end(), row.refused.begin(), row.refused.end());
-    EXPECT_FALSE(row.ask(refusing));
-    EXPECT_EQ(Said(), expected);
-    expected = row.first;
-    expected.push_back("4 failed to initialize printer");
-    EXPECT_FALSE(row.ask(closed));
-    EXPECT_EQ(Said(), expected);
-    expected.back() = "4 printer invalid";
-    EXPECT_FALSE(row.ask(none));
-    EXPECT_EQ(Said(), expected);
+  EXPECT_EQ(Said(), "Can't get address from QName : Queue!!! Bye~");
+  for (const auto& [ask, said] : rows) {
+    EXPECT_FALSE(ask(refusing)) << said;
+    EXPECT_EQ(Said(), said);
+    EXPECT_FALSE(ask(closed)) << said;
+    EXPECT_EQ(Said(), "failed to initialize printer");
+    EXPECT_FALSE(ask(none)) << said;
+    EXPECT_EQ(Said(), "printer invalid");
   }
-  EXPECT_EQ(refusing.GetSBXDocument(), "");
   EXPECT_FALSE(none.Initialize(false));
-  EXPECT_EQ(Said(), Lines{"4 printer invalid"});
-  EXPECT_THAT(printer->calls, IsEmpty());
   EXPECT_TRUE(none.SendRawToQueue("text"));  // needs no printer
-  EXPECT_EQ(sent.back(), "Queue:text");
-
-  asked->codes = "/xml error" + std::string(5000, 'x');
-  EXPECT_FALSE(refusing.CollectZOLT(record));
-  EXPECT_EQ(Said().back(), "3 failed to collect from Queue : /xml error" + std::string(990, 'x'));
-  asked->memory = false;
-  EXPECT_FALSE(refusing.CollectSBX(protection));
-  EXPECT_EQ(Said().back(), "3 failed to collect from Queue : /no memory");
+  EXPECT_FALSE(none.SendRawToQueue(nullptr) || good.CheckSBXSupport(nullptr) || good.GetTonerLife(nullptr, &changes) ||
+               good.GetTonerLife(&life, nullptr));
 }
 
 TEST_F(ProviderTest, SerialNumbers) {
-  const struct {
-    std::optional<std::string> answer;
-    std::string serialNumber;
-    bool result;
-  } rows[] = {
-      {"ABC123\r\n", "ABC123", true},   {"MPS-MODE", "MPS-MODE", false}, {" \r\n", "", true},
-      {"MPS-MODE2", "MPS-MODE2", true}, {std::nullopt, "old", false},
-  };
-  for (const auto& row : rows) {
-    ZOLTDataProviderFromPrinter provider = Initialized();
-    printer->serialNumber = row.answer;
-    text = "old";
-    EXPECT_EQ(provider.GetSerialNumber(text), row.result) << row.answer.value_or("-");
-    EXPECT_EQ(text, row.serialNumber);
-    EXPECT_EQ(Said(), row.answer ? Lines{"4 Get Serial number..."}
-                                 : (Lines{"4 Get Serial number...", "2 Serial Number is missing!!!"}));
-    provider.GetSerialNumber(text);
-    EXPECT_EQ(printer->calls.size(), row.answer ? 2u : 3u);  // asked until it has answered once
-    Said();
+  const std::pair<const char*, bool> rows[] = {{" SN7\r\n", true}, {"MPS-MODE\r\n", false}, {"MPS-MODE2", true}};
+  for (const auto& [answer, result] : rows) {
+    Provider provider = Make();
+    EXPECT_CALL(*printer, ReadSerialNumber)  // asked until it has answered once
+        .WillOnce(Return(HResult::Fail))
+        .WillOnce(DoAll(SetArgReferee<0>(answer), Return(HResult::Ok)));
+    provider.Initialize(false);
+    EXPECT_FALSE(provider.GetSerialNumber(text));
+    EXPECT_EQ(provider.GetSerialNumber(text), result) << answer;
+    EXPECT_EQ(provider.GetSerialNumber(text), result) << answer;
+    EXPECT_EQ(text, Trim(answer));
   }
 }
 
 TEST_F(ProviderTest, WaitForJobs) {
   const struct {
-    std::vector<std::int32_t> jobs;
+    std::string said;
+    std::vector<std::int32_t> jobs;  // at each look; between these it waits a second
     int maximumPolls;
-    bool result;
-    bool pending;
-    std::uint32_t slept;
-    const char* last;
   } rows[] = {
-      {{0}, 30, true, false, 0, "4 no job break..."},
-      {{2, 1, 0}, 30, true, false, 2000, "4 no job break..."},
-      {std::vector<std::int32_t>(10, 1), 10, true, true, 9000, "4 timeout..."},
-      {{1}, 0, true, true, 0, "4 timeout..."},
-      {{3, -1}, 30, false, true, 1000, "4 - job break..."},
+      {"no job break...", {2, 1, 0}, 30},
+      {"timeout...", std::vector<std::int32_t>(10, 1), 10},
+      {"timeout...", {1}, 0},
+      {"- job break...", {3, -1}, 30},
   };
-  ZOLTDataProviderFromPrinter provider = Provider();
+  Provider provider = Make();
   for (const auto& row : rows) {
     jobs = row.jobs;
     counted = 0;
     slept = 0;
-    bool pending = !row.pending;
-    EXPECT_EQ(provider.WaitForJobs(row.maximumPolls, pending), row.result);
-    EXPECT_EQ(pending, row.pending);
-    EXPECT_EQ(slept, row.slept);
+    bool pending = row.said == "no job break...";
+    EXPECT_EQ(provider.WaitForJobs(row.maximumPolls, pending), row.said != "- job break...");
+    EXPECT_EQ(pending, row.said != "no job break...");
     EXPECT_EQ(counted, row.jobs.size());
-    EXPECT_EQ(Said(), (Lines{"4 Wait job finishes...", row.last}));
+    EXPECT_EQ(slept, 1000 * (counted - 1));
+    EXPECT_EQ(Said(), row.said);
   }
 }
 
-TEST_F(ProviderTest, CollectZOLT) {
-  ZOLTDataProviderFromPrinter provider = Initialized();
-  printer->SetUniversalDriver(true);
-  EXPECT_TRUE(provider.CollectZOLT(record));
-  EXPECT_EQ(Said(), (Lines{"4 Start collecting...", "4 End collecting..."}));
-  EXPECT_NE(record.BuildXml().find("<SourceType>RQD</SourceType>"), std::string::npos);
-
-  // With gaps, without a version, with a driver of the printer's own.
-  printer->SetUniversalDriver(false);
-  hostVersion.reset();
-  printer->codes = "/fwv err";
-  record = {};
-  EXPECT_TRUE(provider.CollectZOLT(record));
-  EXPECT_EQ(Said().back(), "4 collected with gaps from Queue : /fwv err");
-  EXPECT_EQ(record.DeviceValues(), (ElementValues{{"MDL", "collected"}}));
-  EXPECT_EQ(record.BuildXml().find("SourceType"), std::string::npos);
-}
-
-TEST_F(ProviderTest, CollectSBXKeepsTheDocumentForCollectZOLT) {
-  ZOLTDataProviderFromPrinter provider = Initialized();
-  printer->document = "<root/>";
-  EXPECT_TRUE(provider.CollectSBX(protection));
+// The document that was read for the protection serves the report, too.
+TEST_F(ProviderTest, Collections) {
+  Provider provider = Make();
+  provider.Initialize(false);
+  EXPECT_CALL(*printer, GetCountryIndex).WillOnce(DoAll(SetArgReferee<0>("52"), Return(HResult::Ok)));
+  EXPECT_CALL(*printer, CollectPPA).WillOnce([](PPAInformation& collected, Codes&) {
+    collected.SetDocument("<root/>");
+    return HResult::Ok;
+  });
+  EXPECT_TRUE(provider.CollectSBX(protection) && provider.CollectSBX(protection));
+  EXPECT_EQ(provider.GetSBXDocument(), "<root/>");
   EXPECT_EQ(protection.DeviceValues(),
             (ElementValues{{"CountryIndex", "52"}, {"GeneralSerialNumber", "SN7"}, {"MDL", "Velnora RV-2160"}}));
-  EXPECT_EQ(Said(), (Lines{"4 Start SBX collecting...", "4 End SBX collecting..."}));
-  EXPECT_EQ(provider.GetSBXDocument(), "<root/>");
 
-  EXPECT_TRUE(provider.CollectSBX(protection));  // without asking the printer again
+  printer->SetUniversalDriver(true);
+  hostVersion.reset();
+  ON_CALL(*printer, CollectZOLT).WillByDefault(Collects(HResult::Ok, "/fwv err"));
   EXPECT_TRUE(provider.CollectZOLT(record));
-  EXPECT_THAT(printer->calls,
-              ElementsAre("Open", "GetPPAInformation", "ReadSerialNumber", "GetZOLTInformation <root/>"));
-}
-
-TEST_F(ProviderTest, SetProtection) {
-  ZOLTDataProviderFromPrinter provider = Initialized();
-  EXPECT_TRUE(provider.SetProtection(true));
-  sends = false;
-  EXPECT_FALSE(provider.SetProtection(false));
-  EXPECT_THAT(sent, ElementsAre("Queue:@PJL DEFAULT PROTECT_FROM_OVERRUN_CONSUMABLES=ON\r\n",
-                                "Queue:@PJL DEFAULT PROTECT_FROM_OVERRUN_CONSUMABLES=OFF\r\n"));
-  EXPECT_EQ(Said(), Lines(2, "4 [ZT] Protection On via the queue"));
-  printer->usb = true;
-  EXPECT_TRUE(provider.SetProtection(false));
-  EXPECT_EQ(Said(), (Lines{"[ZT] Protection On using vendor command : USB",
-                           "[ZT] Protection On using vendor command :USCCESS"}));
-  EXPECT_THAT(printer->calls, ElementsAre("Open", "SetProtection(off)"));
-  EXPECT_EQ(sent.size(), 2u);
+  EXPECT_EQ(record.Document().Text(), "<root/>");
+  EXPECT_NE(record.BuildXml().find("<SourceType>RQD</SourceType>"), std::string::npos);
+  EXPECT_EQ(Said(), "collected with gaps from Queue : /fwv err");
 }
 
 }  // namespace
