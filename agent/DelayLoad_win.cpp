@@ -59,7 +59,7 @@ FARPROC WINAPI Fail(unsigned event, PDelayLoadInfo info) {
   if (event != dliFailGetProc || !info->dlp.fImportByName) return nullptr;
   ZT_TRACE(Error, "can't load " << info->dlp.szProcName << " of " << info->szDll);
   return reinterpret_cast<FARPROC>(FailsWithMinusOne(info->szDll, info->dlp.szProcName) ? FailWithMinusOne
-                                                                                       : FailWithZero);
+                                                                                        : FailWithZero);
 }
 
 }  // namespace

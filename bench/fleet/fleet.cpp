@@ -1,5 +1,5 @@
-// fleet AGENTS DAYS SCENARIO: simulates that many agents for so many days, and prints for each minute in which the report
-// server was asked how often: "minute checks posts".
+// fleet AGENTS DAYS SCENARIO: simulates that many agents for so many days, and prints for each minute in which the
+// report server was asked how often: "minute checks posts".
 //
 // What an agent does at a start is the agent's own code, the print-volume run with its skip rules; only the clock, the
 // settings file and the server are made up. A scenario is "key=value,…":

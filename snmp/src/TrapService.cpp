@@ -16,4 +16,6 @@ int SNMPManager::_register(const char* appName, TrapCallback onTrap) noexcept {
 
 int SNMPManager::unregister() noexcept { return StatusUnregistrationError; }
 
-int SNMPManager::keepAlive(ReqRespPDU& /*pdu*/, const char* /*text*/, unsigned long /*interval*/) noexcept { return StatusGeneralError; }
+int SNMPManager::keepAlive(ReqRespPDU& /*pdu*/, const char* /*text*/, unsigned long /*interval*/) noexcept {
+  return StatusGeneralError;
+}

@@ -76,10 +76,10 @@ class ProviderTest : public testing::Test {
              .pause = [this](std::uint32_t milliseconds) { slept += milliseconds; }}};
   }
 
-  // The last of what was traced since the last time.
+  // The last of what was traced since the last time, without its level.
   std::string Said() {
-    const std::vector<TracedLine> lines = std::exchange(trace.lines, {});
-    return lines.empty() ? "" : lines.back().message;
+    const std::vector<std::string> lines = std::exchange(trace.lines, {});
+    return lines.empty() ? "" : lines.back().substr(2);
   }
 
   MockPrinter* printer = nullptr;

@@ -64,8 +64,7 @@ TEST(ProtectionPage, SaysWhatARunWouldAsk) {
       {State::OT, 151, "", "", L"A run now would end: the protection of this printer cannot be switched."},
       {State::On, 151, "", "", L"A run now would end: the printer names no country."}};
   for (const auto& [state, life, country, stored, verdict] : cases) {
-    Calls calls;
-    FakeDataProvider provider(calls);
+    RunWorld provider;
     provider.protectionState = state;
     provider.tonerLife = life;
     provider.countryIndex = country;

@@ -2,20 +2,38 @@
 
 #include <algorithm>
 
-#include "FakePrinter.h"
 #include "IdentityPage.h"
+#include "KVFPrinter.h"
 #include "ReportPage.h"
 #include "SuppliesPage.h"
 #include "VirtualZOLTDataProvider.h"
+#include "ZOLTInformation.h"
 
 namespace zt {
 namespace {
 
-// TalkingPrinter also tells its device ID and its toners.
-struct TalkingPrinter : FakePrinter {
-  explicit TalkingPrinter(std::string_view id) : FakePrinter(id) {}
+// TalkingPrinter tells what its members hold; the rest fails.
+struct TalkingPrinter : KVFPrinter {
+  explicit TalkingPrinter(std::string_view id) { AdoptDeviceID(id); }
+  HResult Open() override { return result; }
   HResult GetDeviceID(std::string& text) override { return text = deviceID_.raw, HResult::Ok; }
+  HResult GetExtendedDeviceID(std::string& text) override { return text = "CMD:A,B;", HResult::Ok; }
   HResult GetSupplyLevels(std::vector<SupplyEntry>& supplies) override { return supplies = toners, HResult::Ok; }
+  HResult GetPageCounters(std::uint32_t& largest, std::uint32_t& total) override {
+    return std::tie(largest, total) = counters, HResult::Ok;
+  }
+  HResult ReadSerialNumber(std::string& text) override {
+    return serialNumber ? (text = *serialNumber, HResult::Ok) : HResult::Fail;
+  }
+  HResult GetStatusBlock(StatusBlock&) override { return HResult::Fail; }
+  HResult GetPortAddress(std::wstring&) override { return HResult::Fail; }
+  HResult GetFirmwareVersion(std::string&) override { return HResult::Fail; }
+  HResult CollectZOLT(ZOLTInformation&, Codes&) override { return HResult::Fail; }
+  HResult CollectPPA(PPAInformation&, Codes&) override { return HResult::Fail; }
+
+  HResult result = HResult::Ok;  // of opening
+  std::optional<std::string> serialNumber = "SN7";
+  std::pair<std::uint32_t, std::uint32_t> counters;
   std::vector<SupplyEntry> toners;
 };
 
