@@ -16,6 +16,9 @@ class ProtectionGuard {
   // free.
   bool HeldByAnother() const { return heldByAnother_; }
 
+  // IsHeld reports whether any process is at work on the queue, and takes no guard.
+  static bool IsHeld(const std::wstring& queueName);
+
  private:
   KernelHandle mapping_;
   bool heldByAnother_ = false;

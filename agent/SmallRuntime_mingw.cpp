@@ -1,5 +1,5 @@
-// Two functions of mingw-w64's run-time libraries, in place of their own by the same name. The originals would make the
-// program a third larger for what it never does.
+// Three functions of mingw-w64's run-time libraries, in place of their own by the same name. The originals would make
+// the program a third larger for what it never does.
 
 #include <stdarg.h>
 #include <stddef.h>
@@ -27,6 +27,20 @@ extern "C" int __mingw_vsnprintf(char* buffer, size_t size, const char* format, 
   if (size == 0) return length;
   if (_vsnprintf(buffer, size, format, arguments) < 0 || length < 0 || static_cast<size_t>(length) >= size) {
     buffer[size - 1] = '\0';
+  }
+  return length;
+}
+
+// The same for wide texts, as which the C++ library writes numbers.
+extern "C" int __mingw_vsnwprintf(wchar_t* buffer, size_t size, const wchar_t* format, va_list arguments);
+extern "C" int __mingw_vsnwprintf(wchar_t* buffer, size_t size, const wchar_t* format, va_list arguments) {
+  va_list again;
+  va_copy(again, arguments);
+  const int length = _vscwprintf(format, again);
+  va_end(again);
+  if (size == 0) return length;
+  if (_vsnwprintf(buffer, size, format, arguments) < 0 || length < 0 || static_cast<size_t>(length) >= size) {
+    buffer[size - 1] = L'\0';
   }
   return length;
 }

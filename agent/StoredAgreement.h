@@ -9,4 +9,7 @@ namespace zt {
 // missing and the key above it exists.
 bool ReadStoredAgreement(const std::wstring& model);
 
+// FindStoredAgreement reports the same and creates nothing.
+bool FindStoredAgreement(const std::wstring& model);
+
 }  // namespace zt

@@ -24,6 +24,7 @@
 #include "ProgramFlags.h"
 #include "ProtectionGuard.h"
 #include "StoredAgreement.h"
+#include "TestDialog.h"
 #include "Trace.h"
 #include "VirtualZOLTDataProvider.h"
 #include "ZOLTDataProviderFromPrinter.h"
@@ -130,6 +131,23 @@ class Agent {
   ZOLTSkipChecker skipChecker_;
 };
 
+void ShowTest(const ModulePath& program, const std::wstring& queueName) {
+  ShowTestDialog(
+      {.queueName = queueName,
+       .baseName = program.baseName,
+       .readPolicy =
+           [] {
+             const ProgramFlags flags = ProgramFlags::Read();
+             return TestDialogStart::Policy{flags.disable, flags.dontCheckSkip, flags.virtualTest, flags.url};
+           },
+       .readAgreement =
+           [](const std::wstring& driverName) { return FindStoredAgreement(std::wstring(ModelOfDriver(driverName))); },
+       .isRunAtWork =
+           [](const std::wstring& queue) {
+             return ZOLTInstanceHandler::IsAnyRunning() || ProtectionGuard::IsHeld(queue);
+           }});
+}
+
 // Answers whether the program went through to its end: an early end writes no end marker, on purpose.
 bool RunProgram() {
   constexpr int kPreviousInstanceAttempts = 10;
@@ -156,6 +174,9 @@ bool RunProgram() {
   }
   if (commandLine.Has(L"ShowTest")) {
     ZT_TRACE(Information, "Show Test");
+    // It is no run, and must hold up none for as long as it is open.
+    instanceHandler.Release();
+    ShowTest(program, commandLine.Value(L"QName").value_or(L""));
     return false;
   }
 

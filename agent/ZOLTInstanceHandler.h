@@ -13,6 +13,9 @@ class ZOLTInstanceHandler {
 
   bool AlreadyRunning() const { return creationError_ == ERROR_ALREADY_EXISTS; }
 
+  // IsAnyRunning reports whether any agent has the sign out now, this one included.
+  static bool IsAnyRunning();
+
   // Release takes the sign away, for a start that is no run of the agent and may stay for hours.
   void Release() { mutex_.Reset(); }
 

@@ -3,12 +3,21 @@
 #include "Trace.h"
 
 namespace zt {
+namespace {
+
+constexpr wchar_t kName[] = L"Global\\{758F66C0-4B4C-4c4a-81F9-D289C5CCE8E5}";
+
+}  // namespace
 
 ZOLTInstanceHandler instanceHandler;
 
 ZOLTInstanceHandler::ZOLTInstanceHandler()
-    : mutex_(CreateMutexW(nullptr, FALSE, L"Global\\{758F66C0-4B4C-4c4a-81F9-D289C5CCE8E5}")),
-      creationError_(GetLastError()) {}
+    : mutex_(CreateMutexW(nullptr, FALSE, kName)), creationError_(GetLastError()) {}
+
+bool ZOLTInstanceHandler::IsAnyRunning() {
+  // Another user's may not be opened, but is there.
+  return KernelHandle(OpenMutexW(SYNCHRONIZE, FALSE, kName)) || GetLastError() == ERROR_ACCESS_DENIED;
+}
 
 bool ZOLTInstanceHandler::WaitForPrevious(int attempts, const Pause& pause) const {
   for (; AlreadyRunning(); --attempts) {

@@ -20,7 +20,6 @@ class EntryTest(OfficeTestCase):
         self.world.forget_spooler()
         for arguments, texts in (
             (["QName=Office", "nonsense", "/", "-", ""], ["2 no QName!!! bye~"]),
-            (["-ShowTest", "-QName", QUEUE], ["4 Show Test"]),
             (["-Install", "-UnInstall"], ["4 wait...", "4 uninstall"]),
             (["/install", "-QName", QUEUE], ["4 wait...", "4 install"]),
             (["-Enable", "-Driver", "-ShowTest", "-QName", "Elsewhere", "/QNAME", QUEUE], [disabled]),
