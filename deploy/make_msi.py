@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""make_msi.py VERSION ZT.EXE LICENSES.TXT OUTPUT: makes the MSI of the agent. SOURCE_DATE_EPOCH, if set, is the time that
-it carries: the same input then gives the same bytes."""
+"""make_msi.py VERSION ZT.EXE LICENSES.TXT OUTPUT: makes the MSI of the agent. SOURCE_DATE_EPOCH, if set, is the time
+that it carries: the same input then gives the same bytes."""
 
 import hashlib
 import os
@@ -40,8 +40,8 @@ def make_msi(version: str, agent: Path, licenses: Path, output: Path) -> None:
 
         variables = (f"Version={version}", f"ProductCode={product_code}")
         run("wixl", "-a", "x64", *(f"--define={variable}" for variable in variables), "-o", made, SOURCE)
-        # wixl leaves a program's version out. Windows would then take the file for one without, which never replaces one
-        # with a version, and an upgrade would end with no program at all. Hashes are for files without a version.
+        # wixl leaves a program's version out. Windows would then take the file for one without, which never replaces
+        # one with a version, and an upgrade would end with no program at all. Hashes are for files without a version.
         columns = f"`Version`='{version}.0', `Language`='1033'"
         run("msibuild", made, "-q", f"UPDATE `File` SET {columns} WHERE `File`='ZT.exe'")
         run("msibuild", made, "-q", "DELETE FROM `MsiFileHash` WHERE `File_`='ZT.exe'")

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""sbom.py VERSION FOLDER TINYXML2_VERSION: writes the bill of materials of the packages in a folder, as SPDX 2.3 in JSON, to
-the standard output: each package with its checksum, what is in it, and what was linked into that.
+"""sbom.py VERSION FOLDER TINYXML2_VERSION: writes the bill of materials of the packages in a folder, as SPDX 2.3 in
+JSON, to the standard output: each package with its checksum, what is in it, and what was linked into that.
 
 The versions of the compilers' runtimes are those of this machine's Debian packages; SOURCE_DATE_EPOCH is the time."""
 
