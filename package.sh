@@ -10,7 +10,11 @@ export LC_ALL=C TZ=UTC
 case ${1-}/$# in
   /0) ;;
   --sign/3 | --sign/4)
-    certificate=$(readlink -f "$2") key=$(readlink -f "$3") time_stamp=(${4:+-ts "$4"})
+    if ! certificate=$(readlink -e "$2") || ! key=$(readlink -e "$3"); then
+      echo "There is no file $2 or no file $3." >&2
+      exit 2
+    fi
+    time_stamp=(${4:+-ts "$4"})
     ;;
   *)
     sed -n '2,/^[^#]/s/^# \?//p' "$0" >&2
