@@ -63,11 +63,10 @@ install_into linux ztsnmp "$linux"
 cp build/package/LICENSES.txt "build/package/$agent/"
 cp build/package/LICENSES.txt "build/package/$windows/"
 cp LICENSE "build/package/$linux/"
-mkdir -p "build/package/$agent"/{docs,policies}
-cp docs/agreement-dialog.* docs/deploy*.md "build/package/$agent/docs/"
-cp -r agreement-sample "build/package/$agent/"
+cp -r agreement-sample docs "build/package/$agent/"
 rm "build/package/$agent/agreement-sample/CMakeLists.txt" # It belongs to this tree.
-(cd deploy && find . -name '*.adm[xl]' -exec cp --parents -t "$packages/../../build/package/$agent/policies" {} +)
+mkdir "build/package/$agent/policies"
+find deploy -name '*.adm[xl]' -printf '%P\0' | xargs -0r -I{} install -Dm644 deploy/{} "build/package/$agent/policies/{}"
 
 if [ $# -gt 0 ]; then
   say "Signatures"
