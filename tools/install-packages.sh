@@ -15,7 +15,7 @@ declare -A sets=(
   # link the SNMP library, the agent's MSI
   [test]="git g++ clang-format black flake8 shellcheck libtinyxml2-dev googletest openssl tshark clang libclang-rt-14-dev xxd xvfb xdotool imagemagick pkg-config wixl msitools faketime"
   # what is shipped
-  [package]="git python3 g++ dpkg-dev wixl msitools faketime zip osslsigncode"
+  [package]="git python3 g++ dpkg-dev file wixl msitools faketime zip osslsigncode"
 )
 # What lays the world's network out, by the way that this machine allows.
 case $(sim/bin/in-namespace --which) in
