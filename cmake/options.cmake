@@ -21,8 +21,9 @@ if(WIN32)
   target_compile_definitions(zt_options INTERFACE
     UNICODE _UNICODE WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601 WINVER=0x0601)
   if(NOT MSVC)
-    # -municode is left to the programs; everything is linked in, so that no redistributable is needed.
-    target_link_options(zt_options INTERFACE -static -Wl,--gc-sections)
+    # -municode is left to the programs; everything is linked in, so that no redistributable is needed. Without the time
+    # of the build: the same sources give the same bytes.
+    target_link_options(zt_options INTERFACE -static -Wl,--gc-sections -Wl,--no-insert-timestamp)
     # With it, each source has its own versions of the same functions of std::string; together 30 KB of ZT.exe.
     target_compile_options(zt_options INTERFACE -fno-ipa-sra)
   endif()

@@ -12,8 +12,10 @@ declare -A sets=(
   [world]="wine wine64 python3 util-linux"
   [printer]="snmpd"
   # the native build, and what judges it: format, an independent decoder, the fuzzers, windows on a screen, programs that
-  # link the SNMP library
-  [test]="git g++ clang-format black flake8 shellcheck libtinyxml2-dev googletest openssl tshark clang libclang-rt-14-dev xxd xvfb xdotool imagemagick pkg-config"
+  # link the SNMP library, the agent's MSI
+  [test]="git g++ clang-format black flake8 shellcheck libtinyxml2-dev googletest openssl tshark clang libclang-rt-14-dev xxd xvfb xdotool imagemagick pkg-config wixl msitools faketime"
+  # what is shipped
+  [package]="git python3 g++ dpkg-dev file wixl msitools faketime zip osslsigncode"
 )
 # What lays the world's network out, by the way that this machine allows.
 case $(sim/bin/in-namespace --which) in

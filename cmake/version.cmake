@@ -1,0 +1,15 @@
+# zt_version_resource(TARGET NAME DESCRIPTION): what Windows shows of a program or a library, NAME without its suffix. The
+# version is the project's, the copyright the license's.
+set(ZT_VERSION_RESOURCE ${CMAKE_CURRENT_LIST_DIR}/version.rc.in)
+function(zt_version_resource target name description)
+  set(type VFT_DLL)
+  set(suffix .dll)
+  get_target_property(kind ${target} TYPE)
+  if(kind STREQUAL EXECUTABLE)
+    set(type VFT_APP)
+    set(suffix .exe)
+  endif()
+  file(STRINGS ${PROJECT_SOURCE_DIR}/LICENSE copyright REGEX "^Copyright")
+  configure_file(${ZT_VERSION_RESOURCE} ${target}-version.rc @ONLY)
+  target_sources(${target} PRIVATE ${CMAKE_CURRENT_BINARY_DIR}/${target}-version.rc)
+endfunction()
