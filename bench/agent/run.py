@@ -3,10 +3,10 @@
     cmake --build --preset windows && sim/bin/in-namespace python3 -m bench.agent.run [RUNS]
 
 The floor of a road is a minimal Windows program in the same world that makes only the calls that the road cannot do
-without, and sends the same messages. Times are of whole processes, start and end included; the agent, its floor and a
-program that does nothing run in turn, RUNS (31) times. The first ratio is that of the least times, the second the median of
-the ratios of the pairs. Last comes the peak memory of runs whose printer delivers the worst documents of the longest
-length that is taken.
+without, and sends the same messages. Times are of whole processes, start and end included. The agent, its floor and a
+program that does nothing run in turn, RUNS times, or 31. The first ratio is that of the least times, the second the
+median of the ratios of the pairs. Last comes the peak memory of runs whose printer delivers the worst documents of the
+longest length that is taken.
 """
 
 import re
