@@ -22,7 +22,9 @@ namespace {
 // or the current one.
 HMODULE LoadFromSystemFolder(std::string_view name) {
   std::wstring path(MAX_PATH, L'\0');
-  path.resize(GetSystemDirectoryW(path.data(), MAX_PATH));
+  const UINT length = GetSystemDirectoryW(path.data(), MAX_PATH);
+  if (length == 0 || length >= MAX_PATH) return nullptr;
+  path.resize(length);
   path += L'\\';
   path += ToWide(name);
   return LoadLibraryExW(path.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
@@ -48,18 +50,25 @@ bool FailsWithMinusOne(std::string_view library, std::string_view function) {
   return std::find(std::begin(kFunctions), std::end(kFunctions), function) != std::end(kFunctions);
 }
 
+FARPROC StandInFor(const DelayLoadInfo& info) {
+  const std::string function = info.dlp.fImportByName ? info.dlp.szProcName : "#" + std::to_string(info.dlp.dwOrdinal);
+  ZT_TRACE(Error, "can't load " << function << " of " << info.szDll);
+  return reinterpret_cast<FARPROC>(FailsWithMinusOne(info.szDll, function) ? FailWithMinusOne : FailWithZero);
+}
+
 FARPROC WINAPI Notify(unsigned event, PDelayLoadInfo info) {
-  if (event != dliNotePreLoadLibrary) return nullptr;
-  return reinterpret_cast<FARPROC>(LoadFromSystemFolder(info->szDll));
+  // Without a library the helper would search on, beginning with the program's folder: this program's own handle says
+  // that there is none.
+  const HMODULE none = GetModuleHandleW(nullptr);
+  if (event == dliNotePreLoadLibrary) {
+    const HMODULE library = LoadFromSystemFolder(info->szDll);
+    return reinterpret_cast<FARPROC>(library ? library : none);
+  }
+  return event == dliNotePreGetProcAddress && info->hmodCur == none ? StandInFor(*info) : nullptr;
 }
 
 FARPROC WINAPI Fail(unsigned event, PDelayLoadInfo info) {
-  // Any module will do that lacks the function: it is asked for it next, and that failure is the one that counts.
-  if (event == dliFailLoadLib) return reinterpret_cast<FARPROC>(GetModuleHandleW(nullptr));
-  if (event != dliFailGetProc || !info->dlp.fImportByName) return nullptr;
-  ZT_TRACE(Error, "can't load " << info->dlp.szProcName << " of " << info->szDll);
-  return reinterpret_cast<FARPROC>(FailsWithMinusOne(info->szDll, info->dlp.szProcName) ? FailWithMinusOne
-                                                                                        : FailWithZero);
+  return event == dliFailGetProc ? StandInFor(*info) : nullptr;
 }
 
 }  // namespace

@@ -1,5 +1,5 @@
 # zt_delay_load(TARGET DLL...): the program loads these libraries of the system when it first calls them, not when it
-# starts. Most starts end before they need any. The program defines the hooks of the delay-load helper.
+# starts. Most starts end before they need any. The program may define the hooks of the delay-load helper.
 function(zt_delay_load target)
   if(MSVC)
     foreach(dll IN LISTS ARGN)

@@ -97,10 +97,10 @@ void Logger::Flush() {
   if (pending_.empty()) return;
   RotateWhenLarge();
   if (const FileHandle file = OpenForAppending()) {
-    for (const std::string& line : pending_) {
-      DWORD written = 0;
-      WriteFile(file.Get(), line.data(), static_cast<DWORD>(line.size()), &written, nullptr);
-    }
+    std::string lines;
+    for (const std::string& line : pending_) lines += line;
+    DWORD written = 0;
+    WriteFile(file.Get(), lines.data(), static_cast<DWORD>(lines.size()), &written, nullptr);
   }
   pending_.clear();
 }

@@ -1,29 +1,31 @@
-"""The figures of the agent: size, imported libraries, peak memory, and the time of a run beside its floor.
+"""The figures of the agent: size, and the time, peak memory and libraries of each road beside its floor.
 
-    cmake --build --preset windows && sim/bin/in-namespace python3 -m bench.agent.run
+    cmake --build --preset windows && sim/bin/in-namespace python3 -m bench.agent.run [RUNS]
 
-The floor is a minimal Windows program in the same world that makes as many bare UDP round trips to the same SNMP agent
-as the run makes SNMP exchanges. Times are of whole processes, start and end included; medians of RUNS runs, taken in
-turn. Last comes the peak memory of runs whose printer delivers the worst documents of the longest length that is taken.
+The floor of a road is a minimal Windows program in the same world that makes only the calls that the road cannot do
+without, and sends the same messages. Times are of whole processes, start and end included. The agent, its floor and a
+program that does nothing run in turn, RUNS times, or 31. The first ratio is that of the least times, the second the
+median of the ratios of the pairs. Last comes the peak memory of runs whose printer delivers the worst documents of the
+longest length that is taken.
 """
 
+import re
 import statistics
-import subprocess
 import sys
 import time
 from pathlib import Path
 
 from sim import answers
-from sim.hostile import HostileAgent
-from sim.paths import BUILD, PRINTERS
+from sim.paths import PRINTERS
 from sim.queues import QUEUE, queue_script
 from sim.report_server import ReportServer
 from sim.snmp_agent import start_agent
 from sim.usb_printers import UsbPrinters
-from sim.world import AGENT, World
+from sim.world import AGENT, Run, World
 
-RUNS = 31
-PRINTER = PRINTERS / "colour.mib"
+from .roads import ROADS, Bench, Road, bench_of
+
+RUNS = int(sys.argv[1]) if len(sys.argv) > 1 else 31
 DOCUMENT_PRINTER = PRINTERS / "rds.mib"
 LONGEST_DOCUMENT = 1024 * 1024
 DOCUMENTS = {  # what stands around the elements, and how one of them looks
@@ -40,33 +42,16 @@ document = file \??\C:\usbprint\document.xml
 """
 
 
-def seconds_of(world: World, program: str, *arguments: str) -> float:
-    """The time of one process."""
-    begun = time.perf_counter()
-    result = world.run(*arguments, program=program)
-    seconds = time.perf_counter() - begun
-    if result.exit_code != 0:
-        sys.exit(f"{program} failed: {result.stderr[-500:]}")
-    return seconds
-
-
-def peak_of(world: World, program: str, *arguments: str) -> float:
-    """The largest resident memory of one process in MiB, Wine's own libraries included, looked at every millisecond."""
-    run = world.start(*arguments, program=program)
+def peak_of(run: Run) -> float:
+    """The largest resident memory of the process in MiB, Wine's own libraries included, looked at every millisecond."""
     peak = 0
     while run.process.poll() is None:
         status = Path(f"/proc/{run.process.pid}/status").read_text()
         # Before Wine has taken the process over it is this program's.
-        if "ZT.exe" in status or "udp_floor" in status:
+        if "ZT.exe" in status or "agent_floor" in status:
             peak = max([peak, *(int(line.split()[1]) for line in status.splitlines() if line.startswith("VmHWM"))])
         time.sleep(0.001)
     return peak / 1024
-
-
-def count_exchanges(world: World) -> int:
-    with HostileAgent(PRINTER) as printer:
-        world.run("-QName", QUEUE)
-        return len(printer.requests)
 
 
 def longest_document(begin: str, element: str, end: str) -> str:
@@ -87,40 +72,39 @@ def print_peaks_with_documents() -> None:
                 web.answer("rds/rds.xml", answers.Answer(document))
                 usb.document(document.encode())
                 server.requests.clear()
-                peak = max(peak_of(world, "ZT.exe", "-QName", QUEUE) for _ in range(3))
+                peak = max(peak_of(world.start("-QName", QUEUE)) for _ in range(3))
                 print(f"{road}, {name:<20} peak {peak:.1f} MiB; reports posted {len(server.requests)} in 3 runs")
 
 
+def count_libraries(bench: Bench, command: tuple[str, ...]) -> int:
+    bench.world.extra_environment = {"WINEDEBUG": "-all,trace+loaddll"}
+    output = bench.finish(bench.start(command)).stderr
+    bench.world.extra_environment = {}
+    return len(set(re.findall(r'Loaded L"[^"]*?([^"\\]+)"', output))) - 1  # the program itself is told of, too
+
+
+def print_road(road: Road) -> None:
+    with bench_of(road) as bench:
+        commands = {"agent": bench.agent, "floor": bench.floor, "nothing": bench.nothing}
+        times: dict[str, list[float]] = {name: [] for name in commands}
+        for _ in range(RUNS):
+            for name, command in commands.items():
+                times[name].append(bench.finish(bench.start(command)).seconds * 1000)
+        peaks = {name: max(peak_of(bench.start(command)) for _ in range(5)) for name, command in commands.items()}
+        print(f"{road.name}: {bench.questions} SNMP requests, {road.posts} posts")
+        for name, command in commands.items():
+            least, median = min(times[name]), statistics.median(times[name])
+            libraries = count_libraries(bench, command)
+            print(f"  {name:<8}{least:7.1f} ms, median{median:7.1f};{peaks[name]:6.1f} MiB;{libraries:3} libraries")
+        of_least = min(times["agent"]) / min(times["floor"])
+        of_pairs = statistics.median(agent / floor for agent, floor in zip(times["agent"], times["floor"]))
+        print(f"  ratio   {of_least:7.2f}   , median{of_pairs:7.2f};{peaks['agent'] / peaks['floor']:6.2f}")
+
+
 def main() -> None:
-    listing = subprocess.run(
-        ["x86_64-w64-mingw32-objdump", "-p", AGENT], capture_output=True, text=True, check=True
-    ).stdout
-    libraries = [line.split(":")[1].strip() for line in listing.splitlines() if "DLL Name:" in line]
-    print(f"size of ZT.exe          {AGENT.stat().st_size} bytes")
-    print(f"imported libraries      {', '.join(libraries)}")
-
-    with World() as world, ReportServer() as server:
-        world.spooler(queue_script())
-        world.flags(URL=server.url, DontCheckSkip=1)
-        world.install(BUILD / "bench" / "agent" / "udp_floor.exe")
-        exchanges = count_exchanges(world)
-        with start_agent(PRINTER):
-            commands = {
-                "full run": ("ZT.exe", "-QName", QUEUE),
-                f"floor, {exchanges} round trips": ("udp_floor.exe", str(exchanges)),
-                "floor, no round trip": ("udp_floor.exe", "0"),
-            }
-            times: dict[str, list[float]] = {name: [] for name in commands}
-            for _ in range(RUNS):
-                for name, command in commands.items():
-                    times[name].append(seconds_of(world, *command) * 1000)
-            peaks = {name: max(peak_of(world, *command) for _ in range(5)) for name, command in commands.items()}
-        posted = sum(request.page == "Connector.aspx" for request in server.requests)
-
-    print(f"SNMP exchanges of a run {exchanges}; reports posted {posted} in {RUNS + 6} runs")
-    for name, taken in times.items():
-        spread = f"{min(taken):.1f} to {max(taken):.1f}"
-        print(f"{name:<24}{statistics.median(taken):7.1f} ms ({spread}), peak {peaks[name]:.1f} MiB")
+    print(f"size of ZT.exe: {AGENT.stat().st_size} bytes")
+    for road in ROADS:
+        print_road(road)
     print_peaks_with_documents()
 
 

@@ -1,5 +1,6 @@
 #include "ReportXml.h"
 
+#include <functional>
 #include <map>
 
 #include "TonerRecord.h"
@@ -9,44 +10,39 @@ namespace {
 
 constexpr std::string_view kInvalidXml = "error:invalid xml data";
 
-// Lack is a gap of a document that is parsed. The element is null where that is what is missing.
-struct Lack {
-  std::string_view code;
-  const tinyxml2::XMLElement* element;
-};
+// Found hears of each gap of a document that is parsed. The element is null where that is what is missing. Gaps are not
+// gathered on the way: a document may have a hundred thousand.
+using Found = std::function<void(std::string_view code, const tinyxml2::XMLElement* element)>;
 
-void CheckElements(const tinyxml2::XMLElement* parent, std::span<const ElementCode> rules, std::vector<Lack>& lacks) {
+void CheckElements(const tinyxml2::XMLElement* parent, std::span<const ElementCode> rules, const Found& found) {
   for (const ElementCode& rule : rules) {
-    if (!ChildText(parent, rule.element)) lacks.push_back({rule.code, parent});
+    if (!ChildText(parent, rule.element)) found(rule.code, parent);
   }
 }
 
-void CheckToner(const tinyxml2::XMLElement& toner, std::span<const ElementCode> rules, std::vector<Lack>& lacks) {
+void CheckToner(const tinyxml2::XMLElement& toner, std::span<const ElementCode> rules, const Found& found) {
   const char* colour = ChildText(&toner, "Color");
   if (!colour) {
-    lacks.push_back({"/error:no color info", &toner});
+    found("/error:no color info", &toner);
   } else if (!ColourOfLetter(colour)) {
-    lacks.push_back({"/error:invalid color", &toner});
+    found("/error:invalid color", &toner);
   }
-  CheckElements(&toner, rules, lacks);
+  CheckElements(&toner, rules, found);
 }
 
-std::vector<Lack> Check(const tinyxml2::XMLDocument& document, const ReportRules& rules) {
-  std::vector<Lack> lacks;
+void Check(const tinyxml2::XMLDocument& document, const ReportRules& rules, const Found& found) {
   const tinyxml2::XMLElement* report = FindReport(document);
-  CheckElements(report, rules.device, lacks);
-  const tinyxml2::XMLElement* counts = FindChild(report, "Count");
-  CheckElements(counts, rules.counts, lacks);
+  CheckElements(report, rules.device, found);
+  CheckElements(FindChild(report, "Count"), rules.counts, found);
   const tinyxml2::XMLElement* supplies = FindChild(report, "Supplies");
   if (!supplies) {
-    lacks.push_back({"/error:no supplies", report});
-    return lacks;
+    found("/error:no supplies", report);
+    return;
   }
   const tinyxml2::XMLElement* toner = FindChild(supplies, "Toner");
-  if (!toner) lacks.push_back({"/error:no toner", supplies});
-  for (; toner; toner = toner->NextSiblingElement("Toner")) CheckToner(*toner, rules.toner, lacks);
-  CheckElements(report, rules.closing, lacks);
-  return lacks;
+  if (!toner) found("/error:no toner", supplies);
+  for (; toner; toner = toner->NextSiblingElement("Toner")) CheckToner(*toner, rules.toner, found);
+  CheckElements(report, rules.closing, found);
 }
 
 // Numbers gives the elements of a document their numbers, in the order of the start tags.
@@ -79,7 +75,9 @@ std::vector<Gap> FindGaps(std::string_view document, const ReportRules& rules) {
   if (!ParseXml(document, xml)) return {{kInvalidXml, 0}};
   const Numbers numbers(xml);
   std::vector<Gap> gaps;
-  for (const Lack& lack : Check(xml, rules)) gaps.push_back({lack.code, numbers.Of(lack.element)});
+  Check(xml, rules, [&](std::string_view code, const tinyxml2::XMLElement* element) {
+    gaps.push_back({code, numbers.Of(element)});
+  });
   return gaps;
 }
 
@@ -89,9 +87,9 @@ bool ValidateReport(std::string_view document, const ReportRules& rules, Codes& 
     codes.Replace(kInvalidXml);
     return false;
   }
-  const std::vector<Lack> lacks = Check(xml, rules);
-  for (const Lack& lack : lacks) codes.Add(lack.code);
-  return lacks.empty();
+  const std::size_t before = codes.Count();
+  Check(xml, rules, [&codes](std::string_view code, const tinyxml2::XMLElement*) { codes.Add(code); });
+  return codes.Count() == before;
 }
 
 std::string_view BeginningOf(const Codes& codes) {
