@@ -45,7 +45,7 @@ class BerWriter {
 
  private:
   [[nodiscard]] std::span<std::uint8_t> claim(std::size_t count) noexcept {
-    if (failed_ || count > free_) {
+    if (count > free_) {
       failed_ = true;
       return {};
     }
