@@ -47,6 +47,6 @@ class ZTSNMP_API OID : public SNMPDataType {
     std::array<std::uint8_t, 39> bytes{};
   };
 
-  std::string text_;
+  std::string text_;  ///< in front: where memory runs out for its copy, the encoding stays as well
   KeptEncoding encoding_;
 };
