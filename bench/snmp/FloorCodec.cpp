@@ -95,7 +95,8 @@ bool floorDecode(const std::uint8_t* message, std::size_t, std::span<FloorBindin
     binding.type = *in;
     in = enter(in, length);
     if (binding.type == 4) {
-      std::memcpy(binding.text, in, length);
+      binding.text = std::make_unique_for_overwrite<char[]>(length + 1);
+      std::memcpy(binding.text.get(), in, length);
       binding.text[length] = '\0';
     } else {
       binding.number = static_cast<std::int8_t>(*in);

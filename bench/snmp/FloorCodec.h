@@ -2,15 +2,18 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <span>
 
-/// The least that the work can cost: hand-written, on the stack, for these messages only and without any care.
+/// The least that the work can cost: hand-written, for these messages only and without any care. All lies on the stack
+/// or in place but a received text, which has a block of its own: it outlives its message, may have 1024 bytes, and
+/// nobody keeps room for so many in each binding.
 
 struct FloorBinding {
   char name[256];
   std::uint8_t type;
   std::int64_t number;
-  char text[1025];
+  std::unique_ptr<char[]> text;
 };
 
 std::size_t floorEncodeGet(std::span<const char* const> names, std::uint8_t* out);

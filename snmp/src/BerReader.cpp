@@ -1,33 +1,14 @@
 #include "BerReader.h"
 
-#include <algorithm>
-
 namespace ztsnmp {
 
-bool BerReader::skipExactly(std::span<const std::uint8_t> expected) noexcept {
-  BerReader ahead = *this;
-  const auto bytes = ahead.take(expected.size());
-  if (!bytes || !std::equal(expected.begin(), expected.end(), bytes->begin())) return false;
-  *this = ahead;
-  return true;
-}
-
-std::optional<BerReader::Element> BerReader::takeLongElement() noexcept {
-  BerReader ahead = *this;
-  const auto head = ahead.take(2);
-  if (!head) return std::nullopt;
-  // X.690, 8.1.3.5; its minimal use is not required. No bytes at all are the indefinite form (8.1.3.6), which SNMP does
-  // not know; four of them name more than any datagram holds.
-  const std::size_t bytes = (*head)[1] & 0x7F;
-  if (bytes == 0 || bytes > 4) return std::nullopt;
-  const auto lengthBytes = ahead.take(bytes);
-  if (!lengthBytes) return std::nullopt;
+std::optional<std::size_t> BerReader::readLongLength(std::span<const std::uint8_t> bytes) noexcept {
+  // The minimal use of X.690, 8.1.3.5 is not required. No bytes at all are the indefinite form (8.1.3.6), which SNMP
+  // does not know; four of them name more than any datagram holds.
+  if (bytes.empty() || bytes.size() > 4) return std::nullopt;
   std::size_t length = 0;
-  for (std::uint8_t byte : *lengthBytes) length = length << 8 | byte;
-  const auto content = ahead.take(length);
-  if (!content) return std::nullopt;
-  *this = ahead;
-  return Element{(*head)[0], BerReader(*content)};
+  for (std::uint8_t byte : bytes) length = length << 8 | byte;
+  return length;
 }
 
 std::optional<std::int32_t> readInteger(BerReader content) noexcept {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -8,9 +9,9 @@
 
 namespace ztsnmp {
 
-/// BerReader walks over received bytes (X.690, basic encoding rules). Every byte leaves it through `take`, which checks
-/// the bounds; the content of an element is read by a reader of its own that cannot leave it. A read that fails leaves
-/// the cursor where it was.
+/// BerReader walks over received bytes (X.690, basic encoding rules). Only its operations, which check the bounds, look
+/// at a byte; the content of an element is read by a reader of its own that cannot leave it. A read that fails leaves
+/// the cursor where it was. What runs for each element stands in this header, to be compiled into its users.
 class BerReader {
  public:
   struct Element;
@@ -37,7 +38,13 @@ class BerReader {
   }
 
   /// skipExactly passes over the expected bytes; false when others stand there.
-  [[nodiscard]] bool skipExactly(std::span<const std::uint8_t> expected) noexcept;
+  [[nodiscard]] bool skipExactly(std::span<const std::uint8_t> expected) noexcept {
+    BerReader ahead = *this;
+    const auto bytes = ahead.take(expected.size());
+    if (!bytes || !std::equal(expected.begin(), expected.end(), bytes->begin())) return false;
+    *this = ahead;
+    return true;
+  }
 
   /// takeElement answers the next element, whatever its tag.
   [[nodiscard]] std::optional<Element> takeElement() noexcept;
@@ -46,9 +53,8 @@ class BerReader {
   [[nodiscard]] std::optional<BerReader> enter(std::uint8_t tag) noexcept;
 
  private:
-  /// takeLongElement does the same for an element whose length has the long form. It stands apart so that the short
-  /// form, which most have, is read without a call.
-  [[nodiscard]] std::optional<Element> takeLongElement() noexcept;
+  /// readLongLength reads the bytes of a length in long form.
+  [[nodiscard]] static std::optional<std::size_t> readLongLength(std::span<const std::uint8_t> bytes) noexcept;
 
   std::span<const std::uint8_t> rest_;
 };
@@ -59,22 +65,26 @@ struct BerReader::Element {
 };
 
 inline std::optional<BerReader::Element> BerReader::takeElement() noexcept {
-  BerReader ahead = *this;
-  const auto head = ahead.take(2);
-  if (!head) return std::nullopt;
-  const std::size_t length = (*head)[1];  // X.690, 8.1.3.4: short form
-  if (length >= 0x80) return takeLongElement();
+  if (rest_.size() < 2) return std::nullopt;
+  const std::uint8_t tag = rest_[0];
+  std::size_t length = rest_[1];  // X.690, 8.1.3.4: short form
+  BerReader ahead(rest_.subspan(2));
+  if (length >= 0x80) {  // X.690, 8.1.3.5: long form
+    const auto lengthBytes = ahead.take(length & 0x7F);
+    const auto longLength = lengthBytes ? readLongLength(*lengthBytes) : std::nullopt;
+    if (!longLength) return std::nullopt;
+    length = *longLength;
+  }
   const auto content = ahead.take(length);
   if (!content) return std::nullopt;
   *this = ahead;
-  return Element{(*head)[0], BerReader(*content)};
+  return Element{tag, BerReader(*content)};
 }
 
 inline std::optional<BerReader> BerReader::enter(std::uint8_t tag) noexcept {
-  BerReader ahead = *this;
-  const auto element = ahead.takeElement();
-  if (!element || element->tag != tag) return std::nullopt;
-  *this = ahead;
+  if (rest_.empty() || rest_.front() != tag) return std::nullopt;
+  const auto element = takeElement();
+  if (!element) return std::nullopt;
   return element->content;
 }
 

@@ -1,6 +1,5 @@
 #include "BerWriter.h"
 
-#include <algorithm>
 #include <array>
 
 namespace ztsnmp {
@@ -11,20 +10,6 @@ constexpr std::uint8_t kTagInteger = 0x02;
 constexpr std::uint8_t kTagNull = 0x05;
 
 }  // namespace
-
-std::span<std::uint8_t> BerWriter::claim(std::size_t count) noexcept {
-  if (failed_ || count > free_) {
-    failed_ = true;
-    return {};
-  }
-  free_ -= count;
-  return buffer_.subspan(free_, count);
-}
-
-void BerWriter::bytes(std::span<const std::uint8_t> values) noexcept {
-  const auto room = claim(values.size());
-  if (room.size() == values.size()) std::copy(values.begin(), values.end(), room.begin());
-}
 
 void BerWriter::header(std::uint8_t tag, std::size_t contentMark) noexcept {
   const std::size_t length = mark() - contentMark;

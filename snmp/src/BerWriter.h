@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -10,7 +11,8 @@ namespace ztsnmp {
 /// is written twice. Write the last element first; put the header of a constructed element in front when its content
 /// stands.
 ///
-/// Every byte goes through `claim`. Once the room was used up the writer has failed for good.
+/// Every byte goes through `claim`. Once the room was used up the writer has failed for good. `bytes` is compiled into
+/// its users, as most of what it writes are two or three bytes of a number known there.
 class BerWriter {
  public:
   /// The buffer outlives the writer.
@@ -27,7 +29,10 @@ class BerWriter {
   [[nodiscard]] bool failed() const noexcept { return failed_; }
 
   void byte(std::uint8_t value) noexcept { bytes({&value, 1}); }
-  void bytes(std::span<const std::uint8_t> values) noexcept;
+  void bytes(std::span<const std::uint8_t> values) noexcept {
+    const auto room = claim(values.size());
+    if (room.size() == values.size()) std::copy(values.begin(), values.end(), room.begin());
+  }
 
   /// header writes tag and length of the element whose content is all that was written since the mark.
   void header(std::uint8_t tag, std::size_t contentMark) noexcept;
@@ -39,7 +44,14 @@ class BerWriter {
   void null() noexcept;
 
  private:
-  [[nodiscard]] std::span<std::uint8_t> claim(std::size_t count) noexcept;
+  [[nodiscard]] std::span<std::uint8_t> claim(std::size_t count) noexcept {
+    if (count > free_) {
+      failed_ = true;
+      return {};
+    }
+    free_ -= count;
+    return buffer_.subspan(free_, count);
+  }
 
   std::span<std::uint8_t> buffer_;
   std::size_t free_;

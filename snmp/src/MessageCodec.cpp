@@ -46,8 +46,11 @@ const char* asText(std::span<const std::uint8_t> bytes) {
 /// request-id, error-status and error-index are always one byte long, on purpose: the reading side expects them at
 /// fixed places, and so do old agents. A request-id of one byte is enough, as nothing tells requests apart by it: each
 /// operation has sockets, and so ports, of its own.
-void writeHeaderField(BerWriter& writer, int value) {
-  writer.bytes(std::array{kTagInteger, std::uint8_t{1}, static_cast<std::uint8_t>(value)});
+void writeHeaderFields(BerWriter& writer, int requestId, int errorStatus, int errorIndex) {
+  constexpr std::uint8_t kLength = 1;
+  writer.bytes(std::array{kTagInteger, kLength, static_cast<std::uint8_t>(requestId),    //
+                          kTagInteger, kLength, static_cast<std::uint8_t>(errorStatus),  //
+                          kTagInteger, kLength, static_cast<std::uint8_t>(errorIndex)});
 }
 
 bool writeIPAddress(BerWriter& writer, const char* dotted) {
@@ -218,9 +221,7 @@ int MessageCodec::encodePacket(ReqRespPDU& pdu, std::string_view community, std:
     if (!writeBinding(writer, binding, pdu.type_)) writer.rewind(start);
   }
   writer.header(kTagSequence, 0);
-  writeHeaderField(writer, pdu.errorIndex_);
-  writeHeaderField(writer, pdu.errorStatus_);
-  writeHeaderField(writer, pdu.requestId_);
+  writeHeaderFields(writer, pdu.requestId_, pdu.errorStatus_, pdu.errorIndex_);
   writer.header(static_cast<std::uint8_t>(pdu.type_), 0);
   writer.octets(kTagOctetString, asBytes(community));
   writer.bytes(kVersion1);

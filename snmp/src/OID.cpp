@@ -1,10 +1,11 @@
 #include "ztsnmp/OID.h"
 
 #include <cstddef>
-#include <new>
+#include <cstring>
 #include <utility>
 
 #include "OIDCodec.h"
+#include "OwnedText.h"
 
 namespace {
 
@@ -17,26 +18,28 @@ bool isDigit(char c) { return c >= '0' && c <= '9'; }
 OID::OID() noexcept = default;
 OID::OID(const char* text) noexcept { setValue(text); }
 OID::OID(const OID& other) = default;
-OID::OID(OID&& other) noexcept = default;
-OID& OID::operator=(OID&& other) noexcept = default;
+OID& OID::operator=(const OID& other) = default;
 OID::~OID() = default;
 
-// A copy first: were memory to run out between text and encoding, the one would be sent and the other shown.
-OID& OID::operator=(const OID& other) { return *this = OID(other); }
+// The encoding leaves with its text, as it would go out for what is left.
+OID::OID(OID&& other) noexcept : text_(std::move(other.text_)), encoding_(std::exchange(other.encoding_, {})) {}
+
+OID& OID::operator=(OID&& other) noexcept {
+  text_ = std::move(other.text_);
+  encoding_ = std::exchange(other.encoding_, {});
+  return *this;
+}
 
 EnumDataType OID::getDataType() const noexcept { return DataTypeOID; }
 const char* OID::toString() const noexcept { return text_.c_str(); }
 const char* OID::getValue() const noexcept { return text_.c_str(); }
 int OID::isValid() const noexcept { return StatusSuccess; }
 
-int OID::setValue(const char* text) noexcept try {
+int OID::setValue(const char* text) noexcept {
   if (const int status = isValidValue(text); status != StatusSuccess) return status;
-  std::string encoding = ztsnmp::OIDCodec::encodingOf(text);
-  text_ = text;
-  encoding_ = std::move(encoding);
+  if (!ztsnmp::assignText(text_, text, std::strlen(text))) return StatusGeneralError;
+  encoding_ = ztsnmp::OIDCodec::encodingOf(text_.c_str());
   return StatusSuccess;
-} catch (const std::bad_alloc&) {
-  return StatusGeneralError;
 }
 
 int OID::isValidValue(const char* text) noexcept {

@@ -22,14 +22,6 @@ struct Rendered {
   bool minimal;  ///< no number has needless bytes
 };
 
-Encoding asBytes(const std::string& bytes) {
-  return {static_cast<const std::uint8_t*>(static_cast<const void*>(bytes.data())), bytes.size()};
-}
-
-std::string_view asText(Encoding bytes) {
-  return {static_cast<const char*>(static_cast<const void*>(bytes.data())), bytes.size()};
-}
-
 /// Takes the next number, and the dot behind it, off a text that consists of digits and single dots; 0 at its end, a
 /// number above 32 bits for one that is too large.
 std::uint64_t takeArc(const char*& dotted) noexcept {
@@ -69,62 +61,67 @@ std::optional<Encoding> encode(const char* dotted, EncodingBuffer& out) noexcept
 
 /// The dotted text of a content, in the buffer.
 std::optional<Rendered> render(Encoding bytes, TextBuffer& text) noexcept {
-  BerReader content(bytes);
-  const auto first = content.takeByte();
-  if (!first) return std::nullopt;
+  if (bytes.empty()) return std::nullopt;
+  const std::uint8_t first = bytes.front();
   char* next = text.data();
   char* const end = next + text.size() - 1;
   // X.690, 8.19.4 joins the first two arcs as 40 * first + second. One byte is all that is looked at, and 40 is divided
   // out of numbers above 119 too.
-  *next++ = static_cast<char>('0' + *first / 40);
+  *next++ = static_cast<char>('0' + first / 40);
   *next++ = '.';
-  next = std::to_chars(next, end, *first % 40).ptr;
+  next = std::to_chars(next, end, first % 40).ptr;
 
   // X.690, 8.19.2: base 128, high bit set on all bytes of a number but the last. A leading 80 is let pass.
   // Texts have always been made with "%d": an arc above 2147483647 would come out negative, which no OID takes.
   // There may be 255 arcs; the text ends before that.
   constexpr std::uint32_t kMaxArc = std::numeric_limits<std::int32_t>::max();
-  std::uint32_t arc = 0;
-  bool complete = true;
   bool minimal = true;
-  for (std::uint8_t byte : content.takeRest()) {
-    if (arc > kMaxArc >> 7) return std::nullopt;
-    arc = arc << 7 | (byte & 0x7FU);
-    complete = byte < 0x80;
-    if (!complete) {
-      minimal = minimal && arc != 0;
+  for (auto byte = bytes.begin() + 1; byte != bytes.end(); ++byte) {
+    if (next >= end - 1) return std::nullopt;  // a dot and a digit
+    *next++ = '.';
+    if (*byte < 10) {  // as most are
+      *next++ = static_cast<char>('0' + *byte);
       continue;
     }
-    if (end - next < 2) return std::nullopt;
-    *next++ = '.';
-    if (arc < 10) {  // as most are
-      *next++ = static_cast<char>('0' + arc);
-    } else {
-      const auto [behind, error] = std::to_chars(next, end, arc);
-      if (error != std::errc()) return std::nullopt;
-      next = behind;
+    if (*byte == 0x80) minimal = false;
+    std::uint32_t arc = 0;
+    while (*byte >= 0x80) {
+      arc = arc << 7 | (*byte & 0x7FU);
+      if (arc > kMaxArc >> 7 || ++byte == bytes.end()) return std::nullopt;
     }
-    arc = 0;
+    const auto [behind, error] = std::to_chars(next, end, arc << 7 | *byte);
+    if (error != std::errc()) return std::nullopt;
+    next = behind;
   }
-  if (!complete) return std::nullopt;
   return Rendered{static_cast<std::size_t>(next - text.data()), minimal};
 }
 
 }  // namespace
 
-std::string OIDCodec::encodingOf(const char* dotted) {
+OID::KeptEncoding OIDCodec::keep(Encoding bytes) noexcept {
+  OID::KeptEncoding kept;
+  if (bytes.size() > kept.bytes.size()) return kept;
+  kept.size = static_cast<std::uint8_t>(bytes.size());
+  std::copy(bytes.begin(), bytes.end(), kept.bytes.begin());
+  return kept;
+}
+
+Encoding OIDCodec::keptIn(const OID& oid) noexcept { return Encoding(oid.encoding_.bytes).first(oid.encoding_.size); }
+
+OID::KeptEncoding OIDCodec::encodingOf(const char* dotted) noexcept {
   EncodingBuffer buffer;
   const auto bytes = encode(dotted, buffer);
   if (!bytes) return {};
   TextBuffer text;
   const auto rendered = render(*bytes, text);
   const bool readsTheSame = rendered && std::string_view(text.data(), rendered->length) == dotted;
-  return std::string(readsTheSame ? asText(*bytes) : std::string_view());
+  return readsTheSame ? keep(*bytes) : OID::KeptEncoding();
 }
 
 bool OIDCodec::write(BerWriter& writer, const OID& oid) noexcept {
   EncodingBuffer buffer;
-  const auto bytes = oid.encoding_.empty() ? encode(oid.getValue(), buffer) : asBytes(oid.encoding_);
+  const Encoding kept = keptIn(oid);
+  const auto bytes = kept.empty() ? encode(oid.getValue(), buffer) : kept;
   if (bytes) writer.octets(kTag, *bytes);
   return bytes.has_value();
 }
@@ -132,14 +129,12 @@ bool OIDCodec::write(BerWriter& writer, const OID& oid) noexcept {
 bool OIDCodec::read(BerReader content, OID& oid) {
   const Encoding bytes = content.takeRest();
   // The answer to a get repeats the names that were asked for.
-  if (!bytes.empty() && asText(bytes) == oid.encoding_) return true;
+  if (!bytes.empty() && std::ranges::equal(bytes, keptIn(oid))) return true;
   TextBuffer text;
   const auto rendered = render(bytes, text);
   if (!rendered) return false;
-  const std::string_view encoding = rendered->minimal ? asText(bytes) : std::string_view();
-  oid.encoding_.reserve(encoding.size());  // From here on the second assignment cannot fail.
   oid.text_.assign(text.data(), rendered->length);
-  oid.encoding_.assign(encoding);
+  oid.encoding_ = rendered->minimal ? keep(bytes) : OID::KeptEncoding();
   return true;
 }
 

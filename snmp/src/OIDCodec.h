@@ -1,7 +1,5 @@
 #pragma once
 
-#include <string>
-
 #include "BerReader.h"
 #include "BerWriter.h"
 #include "ztsnmp/OID.h"
@@ -12,7 +10,7 @@ namespace ztsnmp {
 ///
 /// Names are written and read far more often than they change, so an `OID` keeps the encoding beside its text, as long
 /// as each can be made from the other. A text that is written in another way than it would be read ("01.3", "2.40", "")
-/// has none to keep, and is encoded when it goes out.
+/// has none to keep, nor has a very long one; they are encoded when they go out.
 class OIDCodec {
  public:
   /// kTag is the tag of an OBJECT IDENTIFIER.
@@ -25,7 +23,11 @@ class OIDCodec {
   [[nodiscard]] static bool read(BerReader content, OID& oid);
 
   /// encodingOf answers the encoding to be kept for a text that keeps the rule of `OID`; empty when there is none.
-  [[nodiscard]] static std::string encodingOf(const char* dotted);
+  [[nodiscard]] static OID::KeptEncoding encodingOf(const char* dotted) noexcept;
+
+ private:
+  [[nodiscard]] static OID::KeptEncoding keep(std::span<const std::uint8_t> bytes) noexcept;
+  [[nodiscard]] static std::span<const std::uint8_t> keptIn(const OID& oid) noexcept;
 };
 
 }  // namespace ztsnmp

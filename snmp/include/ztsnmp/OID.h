@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+#include <cstdint>
 #include <string>
 
 #include "SNMPDataType.h"
@@ -39,6 +41,12 @@ class ZTSNMP_API OID : public SNMPDataType {
 
  private:
   friend class ztsnmp::OIDCodec;
-  std::string text_;
-  std::string encoding_;  ///< how the text goes out, made once; empty when it must be made each time, see OIDCodec
+  /// How the text goes out, made once; empty when it must be made each time, see OIDCodec. Nearly all names fit.
+  struct KeptEncoding {
+    std::uint8_t size = 0;
+    std::array<std::uint8_t, 39> bytes{};
+  };
+
+  std::string text_;  ///< in front: where memory runs out for its copy, the encoding stays as well
+  KeptEncoding encoding_;
 };
