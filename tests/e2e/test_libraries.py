@@ -5,13 +5,12 @@ import re
 import shutil
 import unittest
 
-from sim.paths import WINDOWS
+from sim.paths import PRINTERS, WINDOWS
 from sim.queues import PRINTER, QUEUE, queue_script
 from sim.usb_printers import UsbPrinters
 from sim.world import Result
 
 from .office import OfficeTestCase, history
-from .test_usb import DOCUMENT, section
 
 USB_QUEUE = queue_script(port="USB001", monitor="USB Monitor", address=None)
 DEVICE = "DeviceID = UMB\\UMB\\1\nPnPXID = urn:uuid:1"
@@ -24,13 +23,14 @@ class LibrariesTest(OfficeTestCase):
     @classmethod
     def setUpClass(cls) -> None:
         super().setUpClass()
-        UsbPrinters(cls.world.prefix, section()).document(DOCUMENT)
+        usb = UsbPrinters(cls.world.prefix, (PRINTERS / "colour.ini").read_text(encoding="ascii"))
+        usb.document((PRINTERS / "colour.xml").read_bytes(), "colour.xml")
         cls.world.start_windows()  # which itself needs the libraries that are taken away later
         cls.world.extra_environment = {"WINEDEBUG": "-all,warn+seh,warn+debugstr,trace+loaddll"}
 
     def setUp(self) -> None:
         super().setUp()
-        self.snmp_printer()
+        self.scripted_printer()
         self.server = self.report_server()
 
     @staticmethod
@@ -57,7 +57,7 @@ class LibrariesTest(OfficeTestCase):
                 self.world.spooler(queue if queue is not None else queue_script())
                 if settings:
                     self.world.settings = settings
-                result = self.finish(self.world.start(*arguments))
+                result = self.finish(self.start(*arguments))
                 self.assertEqual(len(self.server.requests), 2 if name in ("full", "USB") else 0, result.log_texts)
                 names = {path.rpartition("\\")[2] for path in self.loaded(result)}
                 self.assertEqual(names & {"zt.exe", *spared.split()}, {"zt.exe"})

@@ -10,7 +10,7 @@ from deploy.make_msi import make_msi
 from sim.paths import BUILD, ROOT
 
 from .office import OfficeTestCase, history
-from .test_install import IDENTIFIERS, POLICIES
+from .test_install import POLICIES
 
 AGENT = BUILD / "agent" / "ZT.exe"
 PROGRAMS = (AGENT, BUILD / "snmp" / "ztsnmp.dll", BUILD / "agreement-sample" / "UA.dll")
@@ -35,8 +35,6 @@ class PackageTest(OfficeTestCase):
     @classmethod
     def setUpClass(cls) -> None:
         super().setUpClass()
-        # The agent is started from Program Files, where the simulated spooler is not beside it.
-        cls.world.overrides["winspool.drv"] = "b"
         cls.packages = {version: cls.world.prefix.drive / f"{version}.msi" for version in (VERSION, NEXT)}
         for version, package in cls.packages.items():
             make_msi(version, AGENT, ROOT / "LICENSE", package)
@@ -98,7 +96,7 @@ class PackageTest(OfficeTestCase):
         self.assertEqual(self.msiexec("/x", NEXT), ["-UnInstall"])
         self.assertFalse(self.world.settings_file.exists() or self.folder.exists())
         self.world.prefix.stop_windows()
-        entry = self.world.prefix.registry(POLICIES + "\\" + IDENTIFIERS["ZT"])
+        entry = self.world.prefix.registry(POLICIES + r"\{9073F4DF-475C-4DAD-93BB-D61B61320470}")
         self.assertEqual(entry["AppPath"], r'"C:\\Program Files\\TOVAgent\\"')
 
 
