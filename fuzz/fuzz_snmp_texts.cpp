@@ -13,6 +13,8 @@ namespace {
 
 void checkIPv6(const std::string& text) {
   const bool valid = IPv6Address::isValidAddress(text.c_str()) == 0;
+  require((IPv6Address(text.c_str()).getValue() == text) == (valid || text.empty()),
+          "an address keeps its text or has none");
   const std::string address = text.substr(0, text.find('%'));
   // The system refuses leading zeros in a dotted tail, which are fine here.
   if (address.find('.') != std::string::npos) return;
