@@ -46,10 +46,12 @@ run_target() {
   log=build/fuzz/$1.log
   limits=(-max_len=4096 -timeout=10 -print_funcs=0 -rss_limit_mb=1024 -artifact_prefix="build/fuzz/found/$1-")
   if [ "$seconds" -ge 30 ]; then
+    rm -rf "$corpus.new"
     mkdir "$corpus.new"
-    "build/fuzz/$1" "${limits[@]}" -merge=1 "$corpus.new" "$corpus" >"$log" 2>&1 || true
-    rm -r "$corpus"
-    mv "$corpus.new" "$corpus"
+    if "build/fuzz/$1" "${limits[@]}" -merge=1 "$corpus.new" "$corpus" >"$log" 2>&1; then
+      rm -r "$corpus"
+      mv "$corpus.new" "$corpus"
+    fi
   fi
   status=0
   "build/fuzz/$1" "${limits[@]}" -max_total_time="$seconds" -print_final_stats=1 "$corpus" >"$log" 2>&1 || status=$?

@@ -46,7 +46,7 @@ class Names : public tinyxml2::XMLVisitor {
 
 void check(zt::ReportKind kind, const std::string& document, bool delivers) {
   Printer printer(document, delivers);
-  if (document.size() % 16 == 0) printer.odd = "GetTonerLife";
+  if (document.size() % 16 == 2) printer.odd = "GetTonerLife";
   if (document.size() % 16 == 1) printer.odd = "Initialize(1)";
   printer.jobsPending = delivers;
   const zt::Report report = zt::MakeReport(kind, printer, delivers);
