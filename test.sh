@@ -40,7 +40,7 @@ ctest --preset native "${only[@]}"
 
 if [ $# -eq 0 ]; then
   say "The fuzzers, for a moment"
-  ./fuzz.sh 3
+  ./fuzz.sh 1
 fi
 
 say "Tests of the Windows build, under Wine, and of the agent from end to end"

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string>
 
+#include "ModelFamily.h"
 #include "PrinterDeviceID.h"
 #include "Require.h"
 
@@ -37,6 +38,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   if (const auto index = zt::FindCountryIndex(id)) {
     require(contains(id.commandSet, "CI_" + *index), "a country index stands in the command set");
   }
+  const zt::ModelFamily family = zt::ClassifyModelFamily(id.model);
+  require(zt::ModelFamilyName(family).empty() == (family == zt::ModelFamily::Unknown), "a known family has a name");
   if (zt::HasCommand(id, "ZOLT")) require(contains(id.commandSet, "ZOLT"), "a command stands in the command set");
   return 0;
 }

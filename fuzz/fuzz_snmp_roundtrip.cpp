@@ -3,32 +3,12 @@
 #include <string>
 #include <vector>
 
+#include "Input.h"
 #include "MessageCodec.h"
 #include "Require.h"
 #include "ztsnmp/ztsnmp.h"
 
 namespace {
-
-/// Hands out the input in pieces; zeros behind its end.
-class Input {
- public:
-  Input(const std::uint8_t* data, std::size_t size) : rest_(data, size) {}
-  bool empty() const { return rest_.empty(); }
-  std::uint8_t byte() {
-    if (rest_.empty()) return 0;
-    const std::uint8_t first = rest_.front();
-    rest_ = rest_.subspan(1);
-    return first;
-  }
-  std::uint32_t number() {
-    std::uint32_t value = 0;
-    for (int i = byte() % 5; i > 0; --i) value = value << 8 | byte();
-    return value;
-  }
-
- private:
-  std::span<const std::uint8_t> rest_;
-};
 
 std::string objectIdentifier(Input& input) {
   std::string text = std::to_string(input.byte() % 3) + '.' + std::to_string(input.byte() % 40);

@@ -4,6 +4,7 @@
 
 #include <array>
 #include <string>
+#include <utility>
 
 #include "MessageCodec.h"
 #include "Require.h"
@@ -11,8 +12,17 @@
 
 namespace {
 
+template <class Value>
+void checkKept(const Value& value, const std::string& text, bool valid) {
+  Value copy;
+  copy = value;
+  const Value moved(std::move(copy));
+  require((moved.getValue() == text) == (valid || text.empty()), "a value keeps its text or has none");
+}
+
 void checkIPv6(const std::string& text) {
   const bool valid = IPv6Address::isValidAddress(text.c_str()) == 0;
+  checkKept(IPv6Address(text.c_str()), text, valid);
   const std::string address = text.substr(0, text.find('%'));
   // The system refuses leading zeros in a dotted tail, which are fine here.
   if (address.find('.') != std::string::npos) return;
@@ -21,7 +31,9 @@ void checkIPv6(const std::string& text) {
 }
 
 void checkIPv4(const std::string& text) {
-  if (IPAddress::isValidAddress(text.c_str()) != 0) return;
+  const bool valid = IPAddress::isValidAddress(text.c_str()) == 0;
+  checkKept(IPAddress(text.c_str()), text, valid);
+  if (!valid) return;
   require(text.size() <= 15 && text.size() >= 7, "IPv4 has 7 to 15 characters");
   VarBind binding{OID("1.3")};
   binding.setValue(IPAddress(text.c_str()));
@@ -40,6 +52,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   checkIPv4(text);
   OID oid;
   require((oid.setValue(text.c_str()) == 0) == (oid.getValue() == text), "an OID keeps its text or refuses it");
+  checkKept(oid, text, OID::isValidValue(text.c_str()) == 0);
   VarBind binding{oid};
   ReqRespPDU pdu(&binding, 1);
   ztsnmp::MessageCodec::setHeader(pdu, PDUGetRequest, 0);

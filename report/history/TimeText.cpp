@@ -54,13 +54,12 @@ std::int64_t WholeDays(std::time_t from, std::time_t to) {
 }  // namespace
 
 std::string FormatLocalTime(std::time_t time) {
-  TimeParts parts = {0, 0, 0, -1, -1, -1};
-  if (const std::optional<std::tm> local = ToLocalTime(time)) {
-    parts = {local->tm_year + 1900, local->tm_mon + 1, local->tm_mday, local->tm_hour, local->tm_min, local->tm_sec};
-  }
+  const std::optional<std::tm> local = ToLocalTime(time);
+  if (!local) return "0000-00-00 -1:-1:-1";
+  const long long year = local->tm_year + 1900LL;  // An int does not hold it for every time that has a year.
   char text[80];
-  std::snprintf(text, sizeof text, "%04d-%02d-%02d %02d:%02d:%02d", parts.year, parts.month, parts.day, parts.hour,
-                parts.minute, parts.second);
+  std::snprintf(text, sizeof text, "%04lld-%02d-%02d %02d:%02d:%02d", year, local->tm_mon + 1, local->tm_mday,
+                local->tm_hour, local->tm_min, local->tm_sec);
   return text;
 }
 

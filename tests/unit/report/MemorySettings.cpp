@@ -18,7 +18,8 @@ bool KVFLocalSetting::Load() {
 }
 
 bool KVFLocalSetting::Save(const std::wstring&) const {
-  settingsFile = FormatIni(sections_);
+  const std::string text = FormatIni(sections_);
+  settingsFile.replace(0, text.size(), text);
   return true;
 }
 

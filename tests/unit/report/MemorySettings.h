@@ -4,7 +4,8 @@
 
 namespace zt {
 
-// settingsFile stands in for the settings file: Load reads it, Save and the end of a changed store write it.
+// settingsFile stands in for the settings file: Load reads it, Save and the end of a changed store write over its
+// beginning.
 extern std::string settingsFile;
 
 }  // namespace zt
