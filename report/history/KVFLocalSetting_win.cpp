@@ -4,7 +4,9 @@
 #include <shlobj.h>
 #include <shlwapi.h>
 
+#include <algorithm>
 #include <optional>
+#include <string_view>
 
 #include "AccessList.h"
 #include "CodePage.h"
@@ -66,10 +68,27 @@ std::optional<std::string> ReadAll(const FileHandle& file) {
   return bytes;
 }
 
-bool WriteAll(const FileHandle& file, const std::string& bytes) {
+bool WriteAt(const FileHandle& file, std::size_t at, std::string_view bytes) {
+  OVERLAPPED place = {};
+  place.Offset = static_cast<DWORD>(at);
   DWORD written = 0;
-  return WriteFile(file.Get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr) &&
+  return WriteFile(file.Get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, &place) &&
          written == bytes.size();
+}
+
+void CutTo(const FileHandle& file, LARGE_INTEGER size) {
+  if (SetFilePointerEx(file.Get(), size, nullptr, FILE_BEGIN)) SetEndOfFile(file.Get());
+}
+
+// What makes the file longer goes first: where the disk is full, it fails before any of the old history is overwritten.
+bool WriteAll(const FileHandle& file, std::string_view bytes) {
+  LARGE_INTEGER size = {};
+  if (!GetFileSizeEx(file.Get(), &size)) return false;
+  const auto inPlace =
+      static_cast<std::size_t>(std::min<ULONGLONG>(static_cast<ULONGLONG>(size.QuadPart), bytes.size()));
+  if (WriteAt(file, inPlace, bytes.substr(inPlace))) return WriteAt(file, 0, bytes.substr(0, inPlace));
+  CutTo(file, size);
+  return false;
 }
 
 }  // namespace
