@@ -107,7 +107,8 @@ bool KVFLocalSetting::Load() {
   if (path_.empty() || IsLocked(path_)) return false;
   const FileHandle file(CreateFileW(path_.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
                                     FILE_ATTRIBUTE_NORMAL, nullptr));
-  if (!file) return true;
+  // A file that another start has open by now is locked, too. Taken for a first run, the whole history would be lost.
+  if (!file) return GetLastError() != ERROR_SHARING_VIOLATION;
   const std::optional<std::string> text = ReadAll(file);
   if (!text) return false;
   sections_ = ParseIni(*text);
