@@ -12,7 +12,7 @@ namespace zt {
 class KVFLocalSetting {
  public:
   // The store named "ZT" is the file "ZT.ini" in "Velnora\Printer" under the common application data. The constructor
-  // creates that folder. A store without a name has no file.
+  // creates that folder. A store without a name, or without that folder, has no file.
   explicit KVFLocalSetting(std::string_view name = {});
   KVFLocalSetting(const KVFLocalSetting&) = delete;
   KVFLocalSetting& operator=(const KVFLocalSetting&) = delete;

@@ -19,15 +19,17 @@ namespace {
 
 constexpr LONGLONG kMaximumFileSize = 16 * 1024 * 1024;
 
+// Empty when there is no such folder, or its path is too long.
 std::wstring SettingsFolder() {
   wchar_t folder[MAX_PATH] = {};
   if (FAILED(SHGetFolderPathW(nullptr, CSIDL_COMMON_APPDATA, nullptr, SHGFP_TYPE_CURRENT, folder))) return {};
-  PathAppendW(folder, L"Velnora");
-  PathAppendW(folder, L"Printer");
+  if (!PathAppendW(folder, L"Velnora") || !PathAppendW(folder, L"Printer")) return {};
   return folder;
 }
 
 std::wstring SettingsPath(const std::wstring& folder, std::string_view name) {
+  // A name alone would be a file of whatever folder the program was started in.
+  if (folder.empty()) return {};
   wchar_t path[MAX_PATH] = {};
   // A path that is too long for the buffer leaves a store without a file.
   if (!PathCombineW(path, folder.c_str(), (ToWide(name) + L".ini").c_str())) return {};
