@@ -95,7 +95,7 @@ class Arena:
                 for hung in runs:
                     hung.stop()
                 raise Broken(f"a start has not ended after {LIMIT} s") from None
-            require(code == 0, f"exit code {code}")
+            require(code == 0, f"exit code {code}: {run.output[-500:]}")
             if crash := find_crash(run.output):
                 raise Broken(f"crashed: {crash}")
         tally.seconds.append(time.monotonic() - begun)

@@ -34,6 +34,7 @@ from .stage import parse_settings, require, whole_lines
 SENT, SKIPPED = "send sucessfully...", "skip send success local. bye~"
 NO_PERMISSION, NOT_SAVED = "not enough permission! bye~ ZT", "Failed to save to file!"
 ANY_END = None
+COMMON_FOLDERS = r"Software\Microsoft\Windows\CurrentVersion\Explorer\User Shell Folders"
 
 Row = tuple[str, Callable[[Stage], None]]
 
@@ -124,6 +125,36 @@ def settings_rows() -> Iterator[Row]:
 
     yield "settings folder unwritable", folder_unwritable
 
+    def other_folder(length: int, there: bool, end: str) -> Callable[[Stage], None]:
+        def row(stage: Stage) -> None:
+            names = "/".join(["deep" * 10] * 7)[: length - 3].strip("/")
+            if there:
+                (stage.world.prefix.drive / names).mkdir(parents=True)
+            try:
+                import_registry(stage, COMMON_FOLDERS, {"Common AppData": "C:\\" + names.replace("/", "\\")})
+                last = finish(stage.world.start("-QName", SNMP), 60).result.log[-1].message
+            finally:
+                import_registry(stage, COMMON_FOLDERS, {"Common AppData": r"C:\ProgramData"})
+            written = [file.parent for file in stage.world.folder.rglob("ZT.ini")]
+            expected = {stage.world.settings_file.parent}
+            if end == SENT:
+                expected.add(stage.world.prefix.drive / names / "Velnora" / "Printer")
+            shutil.rmtree(stage.world.prefix.drive / ("deep" * 10), ignore_errors=True)
+            require(last == end, f"it ended with {last!r}")
+            require(set(written) == expected, f"there are settings in {written}")
+            require(recorded(stage) == OTHERS, "another file was changed")
+
+        return row
+
+    for length, there, end in (
+        (30, False, NO_PERMISSION),
+        (236, True, SENT),
+        (237, True, NO_PERMISSION),
+        (250, True, NO_PERMISSION),
+    ):
+        name = f"settings folder below one of {length} characters that is {'there' if there else 'not there'}"
+        yield name, other_folder(length, there, end)
+
     def folder_full(size: int) -> Callable[[Stage], None]:
         def row(stage: Stage) -> None:
             folder = stage.world.settings_file.parent
@@ -195,13 +226,14 @@ def log_rows() -> Iterator[Row]:
         def row(stage: Stage) -> None:
             log, line = stage.world.log_file, b"01-01 00:00\t1.000\t0001\tX,1\t4\t" + b"x" * 70 + b"\r\n"
             log.write_bytes((line * 20000)[: (1048576 - missing) // len(line) * len(line)])
-            old = whole_lines(log.read_bytes())
+            old = log.read_bytes().count(line)
             runs = [stage.world.start("-QName", road) for road in (SNMP, SNMP_DOCUMENT, USB)]
             for run in runs:
                 require(run.process.wait(60) == 0, "exit code")
             files = [log, *log.parent.glob("zt.log.*")]
-            lines = [whole_lines(file.read_bytes()) for file in files]
-            require(sum(lines) > old, f"nothing was added to {old} lines: {lines}")
+            lines = sum(whole_lines(file.read_bytes()) for file in files)
+            require(sum(file.read_bytes().count(line) for file in files) == old, "old lines are lost")
+            require(lines > old, f"nothing was added to {old} lines")
             for file in files:
                 file.unlink()
 
@@ -248,12 +280,12 @@ def registry_rows() -> Iterator[Row]:
 
 def set_registry(stage: Stage, key: str, values: dict[str, object]) -> None:
     r"""Replaces the values under HKEY_LOCAL_MACHINE\key while Windows runs."""
-    lines = [
-        "Windows Registry Editor Version 5.00",
-        "",
-        f"[-HKEY_LOCAL_MACHINE\\{key}]",
-        f"[HKEY_LOCAL_MACHINE\\{key}]",
-    ]
+    import_registry(stage, key, values, f"[-HKEY_LOCAL_MACHINE\\{key}]")
+
+
+def import_registry(stage: Stage, key: str, values: dict[str, object], before: str = "") -> None:
+    r"""Adds values under HKEY_LOCAL_MACHINE\key while Windows runs; `before` goes in front."""
+    lines = ["Windows Registry Editor Version 5.00", "", before, f"[HKEY_LOCAL_MACHINE\\{key}]"]
     lines += [f'"{name}"={reg_text(value)}' for name, value in values.items()]
     (stage.world.prefix.drive / "values.reg").write_text("\r\n".join([*lines, ""]), encoding="utf-16")
     program = r"..\windows\system32\reg.exe"
@@ -434,6 +466,26 @@ def killed_rows() -> Iterator[Row]:
 
     for at in range(69):  # the 68th is the check, the last one the post
         yield f"{SNMP}: killed at exchange {at}, started again", killed_at(SNMP, at)
+
+    def killed_after(milliseconds: int, road: str, *switches: str) -> Callable[[Stage], None]:
+        def row(stage: Stage) -> None:
+            run = stage.world.start("-QName", road, *switches)
+            time.sleep(milliseconds / 1000)
+            run.stop()
+            history = recorded(stage)
+            require(OTHERS.items() <= history.items(), f"the others' history is lost: {history}")
+            stage.world.forget_log()
+            stage.world.forget_spooler()
+            stage.usb.forget()
+            stage.server.requests.clear()
+            ends_with(stage, SKIPPED if "LastSendTime_VNRV2160004711" in history else SENT, road, *switches)
+
+        return row
+
+    for step in range(0, 2000, 50):
+        yield f"{USB}: killed after {step} ms, started again", killed_after(step, USB)
+    for step in range(0, 1000, 25):
+        yield f"{SNMP} -SBXPlus: killed after {step} ms, started again", killed_after(step, SNMP, "-SBXPlus")
 
     def killed_after_the_post(seconds: float) -> Callable[[Stage], None]:
         def row(stage: Stage) -> None:

@@ -204,7 +204,8 @@ def finish(run: Run, limit: float) -> Outcome:
 
 
 def parse_settings(text: str) -> dict[str, dict[str, str]]:
-    """A settings file, each line of which must be a section or a key. Of a repeated key the first counts."""
+    """A settings file, as the agent reads it. Of a repeated key the first counts; other lines are ends of a longer text
+    that the file once held."""
     sections: dict[str, dict[str, str]] = {}
     section: dict[str, str] = {}
     for line in text.split("\r\n"):
@@ -214,8 +215,8 @@ def parse_settings(text: str) -> dict[str, dict[str, str]]:
             section = sections.setdefault(line[1:-1], {})
             continue
         key, equals, value = line.partition("=")
-        require(equals, f"a line of the settings file is none: {line!r}")
-        section.setdefault(key, value)
+        if equals:
+            section.setdefault(key, value)
     return sections
 
 
