@@ -138,13 +138,13 @@ class Stage:
         outcome = finish(run, limit)
         self._judge_log(outcome.result, "-SBXOnly" in switches)
         self._judge_history(before)
-        self.judge_handles()
-        return outcome
-
-    def judge_handles(self) -> None:
-        """Nothing is left open in the spooler or at a USB printer."""
         left = self.world.spooler_handles_left
         require(set(left) <= {0}, f"handles left in the spooler: {left}")
+        self.judge_usb()
+        return outcome
+
+    def judge_usb(self) -> None:
+        """No USB printer is left open."""
         for _ in range(100):
             asked = [line.split(" ", 1)[-1] for line in self.usb.transcript]
             if asked.count("open") == asked.count("close"):
