@@ -476,8 +476,6 @@ def killed_rows() -> Iterator[Row]:
             require(OTHERS.items() <= history.items(), f"the others' history is lost: {history}")
             stage.world.forget_log()
             stage.world.forget_spooler()
-            stage.judge_usb()
-            stage.usb.forget()
             ends_with(stage, SKIPPED if "LastSendTime_VNRV2160004711" in history else SENT, road, *switches)
 
         return row
