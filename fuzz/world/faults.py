@@ -321,12 +321,6 @@ def spooler_rows() -> Iterator[Row]:
 # Printers and servers that vanish
 
 
-def exchanges_of(stage: Stage, road: str, *switches: str) -> int:
-    """How often a usual run asks its printer, over the network."""
-    stage.run(road, *switches)
-    return len(stage.agents[road].requests)
-
-
 def vanishing_rows() -> Iterator[Row]:
     def silent_from(road: str, at: int, *switches: str) -> Callable[[Stage], None]:
         def row(stage: Stage) -> None:
