@@ -170,6 +170,11 @@ class World:
         fresh, self._log_read = data[self._log_read :], len(data)
         return parse_log(fresh.decode("cp1252", "replace"))
 
+    def forget_log(self) -> None:
+        """Takes the trace log away. No program must be running."""
+        self.log_file.unlink(missing_ok=True)
+        self._log_read = 0
+
     # What the spooler has seen
 
     def forget_spooler(self) -> None:

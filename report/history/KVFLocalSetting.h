@@ -12,7 +12,7 @@ namespace zt {
 class KVFLocalSetting {
  public:
   // The store named "ZT" is the file "ZT.ini" in "Velnora\Printer" under the common application data. The constructor
-  // creates that folder. A store without a name has no file.
+  // creates that folder. A store without a name, or without that folder, has no file.
   explicit KVFLocalSetting(std::string_view name = {});
   KVFLocalSetting(const KVFLocalSetting&) = delete;
   KVFLocalSetting& operator=(const KVFLocalSetting&) = delete;
@@ -22,7 +22,7 @@ class KVFLocalSetting {
 
   // Load reads the file, in place of what the store holds. True, and empty, when there is nothing to open for reading:
   // no file yet, or a folder of that name. False, and empty, when the store cannot be used: it has no path, or the file
-  // cannot be written, cannot be read to its end, or is larger than 16 MiB.
+  // cannot be written, is open elsewhere, cannot be read to its end, or is larger than 16 MiB.
   bool Load();
 
   // CanBeKept reports whether what is set can reach a file: there is one, or a probe, which leaves nothing behind, can
@@ -35,7 +35,7 @@ class KVFLocalSetting {
 
   // Save writes the whole store over the beginning of the file, which is created if need be, with full access for
   // everyone. Bytes of a longer old file stay behind the new text; what Load reads first, the new text, holds. False
-  // when the file cannot be written.
+  // when the file cannot be written; one that finds no room for more bytes stays as it was.
   bool Save(const std::wstring& path) const;
 
   // CreateSettingsFile makes sure that the file exists, with full access for everyone where it is new. Its content is

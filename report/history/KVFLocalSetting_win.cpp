@@ -4,7 +4,9 @@
 #include <shlobj.h>
 #include <shlwapi.h>
 
+#include <algorithm>
 #include <optional>
+#include <string_view>
 
 #include "AccessList.h"
 #include "CodePage.h"
@@ -17,15 +19,17 @@ namespace {
 
 constexpr LONGLONG kMaximumFileSize = 16 * 1024 * 1024;
 
+// Empty when there is no such folder, or its path is too long.
 std::wstring SettingsFolder() {
   wchar_t folder[MAX_PATH] = {};
   if (FAILED(SHGetFolderPathW(nullptr, CSIDL_COMMON_APPDATA, nullptr, SHGFP_TYPE_CURRENT, folder))) return {};
-  PathAppendW(folder, L"Velnora");
-  PathAppendW(folder, L"Printer");
+  if (!PathAppendW(folder, L"Velnora") || !PathAppendW(folder, L"Printer")) return {};
   return folder;
 }
 
 std::wstring SettingsPath(const std::wstring& folder, std::string_view name) {
+  // A name alone would be a file of whatever folder the program was started in.
+  if (folder.empty()) return {};
   wchar_t path[MAX_PATH] = {};
   // A path that is too long for the buffer leaves a store without a file.
   if (!PathCombineW(path, folder.c_str(), (ToWide(name) + L".ini").c_str())) return {};
@@ -66,10 +70,27 @@ std::optional<std::string> ReadAll(const FileHandle& file) {
   return bytes;
 }
 
-bool WriteAll(const FileHandle& file, const std::string& bytes) {
+bool WriteAt(const FileHandle& file, std::size_t at, std::string_view bytes) {
+  OVERLAPPED place = {};
+  place.Offset = static_cast<DWORD>(at);
   DWORD written = 0;
-  return WriteFile(file.Get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr) &&
+  return WriteFile(file.Get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, &place) &&
          written == bytes.size();
+}
+
+void CutTo(const FileHandle& file, LARGE_INTEGER size) {
+  if (SetFilePointerEx(file.Get(), size, nullptr, FILE_BEGIN)) SetEndOfFile(file.Get());
+}
+
+// What makes the file longer goes first: where the disk is full, it fails before any of the old history is overwritten.
+bool WriteAll(const FileHandle& file, std::string_view bytes) {
+  LARGE_INTEGER size = {};
+  if (!GetFileSizeEx(file.Get(), &size)) return false;
+  const auto inPlace =
+      static_cast<std::size_t>(std::min<ULONGLONG>(static_cast<ULONGLONG>(size.QuadPart), bytes.size()));
+  if (WriteAt(file, inPlace, bytes.substr(inPlace))) return WriteAt(file, 0, bytes.substr(0, inPlace));
+  CutTo(file, size);
+  return false;
 }
 
 }  // namespace
@@ -88,7 +109,8 @@ bool KVFLocalSetting::Load() {
   if (path_.empty() || IsLocked(path_)) return false;
   const FileHandle file(CreateFileW(path_.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
                                     FILE_ATTRIBUTE_NORMAL, nullptr));
-  if (!file) return true;
+  // A file that another start has open by now is locked, too. Taken for a first run, the whole history would be lost.
+  if (!file) return GetLastError() != ERROR_SHARING_VIOLATION;
   const std::optional<std::string> text = ReadAll(file);
   if (!text) return false;
   sections_ = ParseIni(*text);
