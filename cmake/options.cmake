@@ -26,8 +26,9 @@ if(WIN32)
     # of the build: the same sources give the same bytes.
     target_link_options(zt_options INTERFACE -static -Wl,--gc-sections -Wl,--no-insert-timestamp)
     # The 16 bytes within each std::string don't count as a buffer, or every function had the check: 28 KB of ZT.exe. The
-    # linker takes libssp for the same option.
-    target_compile_options(zt_options INTERFACE -fstack-protector --param=ssp-buffer-size=17)
+    # linker takes libssp for the same option. UNGUARDED is what others link who don't.
+    target_compile_options(zt_options INTERFACE
+      $<$<NOT:$<BOOL:$<TARGET_PROPERTY:UNGUARDED>>>:-fstack-protector;--param=ssp-buffer-size=17>)
     target_link_options(zt_options INTERFACE -fstack-protector)
     # With it, each source has its own versions of the same functions of std::string; together 30 KB of ZT.exe.
     target_compile_options(zt_options INTERFACE -fno-ipa-sra)

@@ -22,6 +22,7 @@ COMPONENTS = {
     "ZT.exe": "{9478ED8F-F6DD-495A-A639-E54F6E5943BC}",
     "LICENSES.txt": "{5B6D9CF7-F951-41B1-8973-2359D998B03A}",
 }
+HARDENED = 0x20 | 0x40 | 0x100  # high-entropy and dynamic base, no execution of data
 SYSTEM_DEFERRED_PROGRAM = str(18 + 1024 + 2048)
 
 
@@ -51,13 +52,17 @@ class PackageTest(OfficeTestCase):
         self.assertEqual(done.returncode, code % 256)
         return re.findall(r'ZT\.exe" (-\w+)', "\n".join(line.message for line in self.world.take_log()))
 
-    def test_versions(self):
+    def test_versions_and_hardening(self):
         for program in PROGRAMS:
             data = program.read_bytes()
+            headers = struct.unpack_from("<L", data, 0x3C)[0]
+            flags = struct.unpack_from("<H", data, headers + 0x5E)[0]  # DllCharacteristics
+            self.assertEqual(flags & HARDENED, HARDENED, program)
             _, low, high = struct.unpack_from("<3L", data, data.index(struct.pack("<L", 0xFEEF04BD)) + 4)
             self.assertEqual(f"{low >> 16}.{low & 0xFFFF}.{high >> 16}", VERSION, program)
             for text in ("CompanyName", "FileDescription", "LegalCopyright", "ProductName", "ProductVersion"):
                 self.assertIn((text + "\0").encode("utf-16-le"), data, program)
+        self.assertTrue(b"stack smashing detected" in AGENT.read_bytes())
 
     def test_tables(self):
         products = set()
