@@ -11,20 +11,6 @@
 namespace zt {
 namespace {
 
-const wchar_t* NameOf(TonerColour colour) {
-  switch (colour) {
-    case TonerColour::Cyan:
-      return L"Cyan";
-    case TonerColour::Magenta:
-      return L"Magenta";
-    case TonerColour::Yellow:
-      return L"Yellow";
-    case TonerColour::Black:
-      return L"Black";
-  }
-  return L"Toner";
-}
-
 COLORREF InkOf(TonerColour colour) {
   switch (colour) {
     case TonerColour::Cyan:
@@ -45,8 +31,6 @@ bool IsHighContrast() {
   return SystemParametersInfoW(SPI_GETHIGHCONTRAST, sizeof(contrast), &contrast, 0) &&
          (contrast.dwFlags & HCF_HIGHCONTRASTON);
 }
-
-std::wstring Words(const Gauge& gauge) { return std::wstring(NameOf(gauge.colour)) + L": " + gauge.text; }
 
 }  // namespace
 
@@ -72,7 +56,9 @@ void Gauges::Show(std::vector<Gauge> gauges) {
   for (std::size_t number = 0; number < kMost; ++number) {
     const HWND control = GetDlgItem(dialog_, first_ + static_cast<int>(number));
     const bool used = number < gauges_.size();
-    SetWindowTextW(control, used ? Words(gauges_[number]).c_str() : L"");
+    std::wstring words;
+    if (used) words = Joined({ColourName(gauges_[number].colour), ": ", gauges_[number].text});
+    SetWindowTextW(control, words.c_str());
     ShowWindow(control, used ? SW_SHOWNA : SW_HIDE);
   }
   SetWindowTextW(place_, gauges_.empty() ? L"No toners to show." : L"");
@@ -114,7 +100,8 @@ void Gauges::Draw(const DRAWITEMSTRUCT& item) const {
       SelectObject(context, reinterpret_cast<HGDIOBJ>(SendMessageW(item.hwndItem, WM_GETFONT, 0, 0)));
   RECT name = item.rcItem;
   name.right = name.left + parts.left;
-  DrawTextW(context, NameOf(gauge.colour), -1, &name, DT_SINGLELINE | DT_VCENTER | DT_NOPREFIX | DT_END_ELLIPSIS);
+  DrawTextW(context, Joined({ColourName(gauge.colour)}).c_str(), -1, &name,
+            DT_SINGLELINE | DT_VCENTER | DT_NOPREFIX | DT_END_ELLIPSIS);
   RECT words = item.rcItem;
   words.left = words.right - parts.right;
   DrawTextW(context, gauge.text.c_str(), -1, &words, DT_SINGLELINE | DT_VCENTER | DT_NOPREFIX | DT_END_ELLIPSIS);

@@ -7,10 +7,8 @@
 
 #include "ChosenPrinter_win.h"
 #include "CodePage.h"
-#include "Joined_win.h"
-#include "Page_win.h"
 #include "PrinterInformation.h"
-#include "RowList_win.h"
+#include "RowPage_win.h"
 #include "RunRules.h"
 #include "SettingsAccess_win.h"
 #include "resource.h"
@@ -45,24 +43,22 @@ Standing StandingOf(const PrinterChoice& choice, const TestDialogStart& start, c
 
 class HistoryWindow : public Page {
  public:
-  explicit HistoryWindow(PageHost& host) : Page(host, IDD_HISTORY, L"History") {}
+  explicit HistoryWindow(PageHost& host) : Page(host, IDD_HISTORY, L"History", kAnchors) {}
 
   void Forget() override { Show({NothingRead(), {}, {}}, false); }
 
-  void Read() override { Look(Effort::Read, L"Reading the history...", false); }
+  void Read() override { Look(Effort::Read, "Reading the history...", false); }
 
   void Enable(bool on) override { EnableControl(IDC_CLEAR_HISTORY, on && known_); }
 
   DiagnosisSection Describe() const override {
     DiagnosisSection section{Title(), history_.rows, {}};
-    for (const RuleLine& line : history_.printVolume) section.rows.push_back({L"Print volume", line.sentence, L""});
-    for (const RuleLine& line : history_.protection) section.rows.push_back({L"Protection", line.sentence, L""});
+    for (const RuleLine& line : history_.printVolume) AddRow(section.rows, "Print volume", line.sentence);
+    for (const RuleLine& line : history_.protection) AddRow(section.rows, "Protection", line.sentence);
     return section;
   }
 
  private:
-  std::span<const Anchor> Anchors() const override { return kAnchors; }
-
   void Init() override {
     rows_.Attach(Window(), IDC_HISTORY_ROWS, IDC_RULE_DETAILS, kRowColumns);
     rules_.Attach(Window(), IDC_RULES, IDC_RULE_DETAILS, kRuleColumns);
@@ -71,13 +67,10 @@ class HistoryWindow : public Page {
 
   void Command(int control, int notification) override {
     if (control != IDC_CLEAR_HISTORY || notification != BN_CLICKED) return;
-    const std::wstring question = Joined({L"Clear what is stored about \"", host_.Chosen()->name,
-                                          L"\": its last reports, its last failure and its toner life?"
-                                          L"\n\nThe next run then treats it as a new printer."});
-    if (MessageBoxW(GetParent(Window()), question.c_str(), L"Clear history",
-                    MB_OKCANCEL | MB_ICONWARNING | MB_DEFBUTTON2) == IDOK) {
-      Look(Effort::Act, L"Clearing the history...", true);
-    }
+    const std::wstring question = Joined({"Clear what is stored about \"", host_.Chosen()->name,
+                                          "\": its last reports, its last failure and its toner life?"
+                                          "\n\nThe next run then treats it as a new printer."});
+    if (IsConfirmed(question, L"Clear history")) Look(Effort::Act, "Clearing the history...", true);
   }
 
   void Notify(const NMHDR& header) override {
@@ -92,19 +85,19 @@ class HistoryWindow : public Page {
     rules_.FitColumns();
   }
 
-  void Look(Effort effort, const std::wstring& what, bool clear) {
+  void Look(Effort effort, Ascii what, bool clear) {
     host_.Work(what, effort,
-               [this, clear, choice = host_.Chosen(), serialNumber = host_.Facts().serialNumber,
-                &start = host_.Start()](const ExchangeGate& gate) -> Worker::Finish {
-                 SettingsAccess access(start.baseName);
-                 Standing standing = StandingOf(*choice, start, gate);
-                 standing.settingsUsable = access.usable;
-                 standing.serialNumber = serialNumber;
-                 if (clear) ClearHistory(standing, access.settings);
-                 return [this, history = ReadHistory(standing, access.settings, access.skipChecker)]() mutable {
-                   Show(std::move(history), true);
-                 };
-               });
+               MakeJob(
+                   [clear, choice = host_.Chosen(), serialNumber = host_.Facts().serialNumber,
+                    &start = host_.Start()](const ExchangeGate& gate) {
+                     SettingsAccess access(start.baseName);
+                     Standing standing = StandingOf(*choice, start, gate);
+                     standing.settingsUsable = access.usable;
+                     standing.serialNumber = serialNumber;
+                     if (clear) ClearHistory(standing, access.settings);
+                     return ReadHistory(standing, access.settings, access.skipChecker);
+                   },
+                   [this](History&& history) { Show(std::move(history), true); }));
   }
 
   void Show(History&& history, bool known) {

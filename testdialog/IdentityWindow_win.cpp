@@ -1,14 +1,9 @@
-#include <windows.h>
-#include <commctrl.h>
-
 #include <utility>
-#include <vector>
 
 #include "ChosenPrinter_win.h"
 #include "IdentityPage.h"
 #include "NetworkProbe_win.h"
-#include "Page_win.h"
-#include "RowList_win.h"
+#include "RowPage_win.h"
 #include "resource.h"
 
 namespace zt {
@@ -34,7 +29,7 @@ Reading ReadChosen(const PrinterChoice& choice, const ExchangeGate& gate) {
   }
   const std::unique_ptr<KVFPrinter> printer = ConnectPrinter(choice, gate);
   if (!printer) {
-    reading.identity.rows = OneRow(L"Printer", L"not found", choice.why);
+    reading.identity.rows = OneRow("Printer", "not found", choice.why);
     return reading;
   }
   const Reach reach = [&gate](const std::wstring& address) { return ProbeNetwork(address, gate); };
@@ -46,43 +41,22 @@ Reading ReadChosen(const PrinterChoice& choice, const ExchangeGate& gate) {
   return reading;
 }
 
-class IdentityWindow : public Page {
+class IdentityWindow : public RowPage {
  public:
-  explicit IdentityWindow(PageHost& host) : Page(host, IDD_IDENTITY, L"Identity") {}
+  explicit IdentityWindow(PageHost& host)
+      : RowPage(host, IDD_IDENTITY, L"Identity", kAnchors, IDC_IDENTITY_ROWS, IDC_IDENTITY_DETAILS) {}
 
-  void Forget() override { Show(NothingRead()); }
+  void Forget() override { ShowRows(NothingRead()); }
 
   void Read() override {
-    host_.Work(L"Reading what the printer says about itself...", Effort::Read,
-               [this, choice = host_.Chosen()](const ExchangeGate& gate) -> Worker::Finish {
-                 return [this, reading = ReadChosen(*choice, gate)]() mutable {
-                   host_.Facts().serialNumber = std::move(reading.serialNumber);
-                   host_.Facts().modelName = std::move(reading.modelName);
-                   Show(std::move(reading.identity.rows));
-                 };
-               });
+    host_.Work("Reading what the printer says about itself...", Effort::Read,
+               MakeJob([choice = host_.Chosen()](const ExchangeGate& gate) { return ReadChosen(*choice, gate); },
+                       [this](Reading&& reading) {
+                         host_.Facts().serialNumber = std::move(reading.serialNumber);
+                         host_.Facts().modelName = std::move(reading.modelName);
+                         ShowRows(std::move(reading.identity.rows));
+                       }));
   }
-
-  DiagnosisSection Describe() const override { return {Title(), shown_, {}}; }
-
- private:
-  std::span<const Anchor> Anchors() const override { return kAnchors; }
-  void Init() override {
-    rows_.Attach(Window(), IDC_IDENTITY_ROWS, IDC_IDENTITY_DETAILS, kRowColumns);
-    Forget();
-  }
-  void Notify(const NMHDR& header) override {
-    if (header.code == LVN_ITEMCHANGED) rows_.ShowDetails();
-  }
-  void AfterArranging() override { rows_.FitColumns(); }
-
-  void Show(std::vector<Row>&& rows) {
-    rows_.Fill(rows);
-    shown_ = std::move(rows);
-  }
-
-  RowList rows_;
-  std::vector<Row> shown_;
 };
 
 }  // namespace

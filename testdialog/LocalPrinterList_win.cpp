@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string>
 
+#include "Joined.h"
 #include "LocalPrinters.h"
 #include "PrinterFactory.h"
 #include "PrinterInformation.h"
@@ -19,7 +20,7 @@ PrinterChoice ReadQueue(const std::wstring& name) {
   choice.name = name;
   PrinterInformation queue;
   if (!queue.ReadPrinterInfo(name)) {
-    choice.why = L"the print spooler does not tell about this queue";
+    choice.why = Joined({"the print spooler does not tell about this queue"});
     return choice;
   }
   choice.driver = queue.DriverName();
@@ -33,13 +34,13 @@ void AddUSBPrintersWithoutQueue(std::vector<PrinterChoice>& choices) {
   std::vector<std::wstring> paths;
   EnumerateUSBPrinterPaths(paths);
   for (const std::wstring& path : paths) {
-    const bool hasQueue = std::any_of(choices.begin(), choices.end(), [&path](const PrinterChoice& choice) {
+    const bool hasQueue = std::ranges::any_of(choices, [&path](const PrinterChoice& choice) {
       return choice.target.kind == PortKind::USB && EqualsIgnoringCase(choice.target.address, path);
     });
     if (hasQueue) continue;
     PrinterChoice choice;
     choice.kind = ChoiceKind::USBInterface;
-    choice.name = L"USB printer without a queue";
+    choice.name = Joined({"USB printer without a queue"});
     choice.target.kind = PortKind::USB;
     choice.target.address = path;
     choices.push_back(choice);
@@ -57,7 +58,7 @@ std::vector<PrinterChoice> ListLocalPrinters(const ExchangeGate& gate) {
   if (IsOpen(gate)) AddUSBPrintersWithoutQueue(choices);
   PrinterChoice made;
   made.kind = ChoiceKind::Virtual;
-  made.name = L"Virtual printer";
+  made.name = Joined({"Virtual printer"});
   choices.push_back(made);
   return choices;
 }

@@ -3,16 +3,13 @@
 #include <windows.h>
 #include <commctrl.h>
 
-#include <algorithm>
 #include <utility>
 
 #include "Clipboard_win.h"
-#include "CodePage.h"
-#include "Joined_win.h"
 #include "LocalPrinterList_win.h"
-#include "Logger.h"
 #include "NetworkSearch_win.h"
 #include "SystemFacts_win.h"
+#include "TraceFeed_win.h"
 #include "WindowPlace_win.h"
 #include "resource.h"
 
@@ -46,22 +43,13 @@ constexpr int kWorkControls[] = {IDC_ADD, IDC_SEARCH, IDC_READ_AGAIN};
 
 constexpr wchar_t kRunAtWork[] = L"A run of the agent is at work on this computer. The dialog does not wait for it.";
 
-std::wstring Seconds(std::uint64_t since) { return std::to_wstring((GetTickCount64() - since) / 1000) + L" s"; }
+std::wstring Seconds(std::uint64_t since) { return Joined({(GetTickCount64() - since) / 1000, " s"}); }
 
 bool IsPressed(int key) { return GetKeyState(key) < 0; }
 
-bool IsOfClass(HWND window, const wchar_t* name) {
-  wchar_t found[32] = L"";
-  GetClassNameW(window, found, static_cast<int>(std::size(found)));
-  return lstrcmpiW(found, name) == 0;
-}
-
 }  // namespace
 
-MainWindow::MainWindow(const TestDialogStart& start)
-    : start_(start), pages_{MakeIdentityPage(*this), MakeSuppliesPage(*this),   MakeReportPage(*this),
-                            MakeServerPage(*this),   MakeProtectionPage(*this), MakeHistoryPage(*this),
-                            MakeTracePage(*this)} {}
+MainWindow::MainWindow(const TestDialogStart& start) : start_(start), pages_(*this) {}
 
 MainWindow::~MainWindow() = default;
 
@@ -116,12 +104,10 @@ INT_PTR MainWindow::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
     case kWorkEnded:
       EndWork();
       return TRUE;
-    case kTraceLine: {
-      const std::unique_ptr<TraceLine> line(reinterpret_cast<TraceLine*>(lParam));
-      trace_.Add(std::move(*line));
+    case kTraceLine:
+      trace_.Add(TakeTraceLine(lParam));
       traceGrew_ = true;
       return TRUE;
-    }
     case WM_CLOSE:
       Close();
       return TRUE;
@@ -142,34 +128,15 @@ void MainWindow::Init() {
   SendMessageW(window_, WM_SETICON, ICON_BIG, reinterpret_cast<LPARAM>(LoadIconW(nullptr, IDI_INFORMATION)));
   pane_.Attach(window_);
   worker_.emplace(window_, kWorkEnded);
-  const HWND tabs = GetDlgItem(window_, IDC_PAGES);
-  HWND behind = GetDlgItem(window_, IDC_READ_AGAIN);
-  for (std::size_t number = 0; number < kPages; ++number) {
-    Page& page = *pages_[number];
-    TCITEMW tab = {};
-    tab.mask = TCIF_TEXT;
-    tab.pszText = const_cast<wchar_t*>(page.Title());
-    SendMessageW(tabs, TCM_INSERTITEMW, number, reinterpret_cast<LPARAM>(&tab));
-    if (!page.Create(window_)) continue;
-    // Before the tabs in the order of the Tab key, as on a property sheet: what comes first lies on top.
-    SetWindowPos(page.Window(), behind, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
-    behind = page.Window();
-  }
-  // Before a line of the trace can come.
-  processLogger.Listen([window = window_](Severity severity, const std::string& line) {
-    auto copy = std::make_unique<TraceLine>(TraceLine{severity, ToWide(line)});
-    if (PostMessageW(window, kTraceLine, 0, reinterpret_cast<LPARAM>(copy.get()))) static_cast<void>(copy.release());
-  });
-  placed_ = RestorePlace(window_);
-  if (!placed_) {
-    // The smallest size has room for all; a little more is nicer to read.
+  pages_.Attach(window_);
+  FeedTrace(window_, kTraceLine);
+  if (!RestorePlace(window_)) {
+    // The smallest size has room for all.
     const SIZE smallest = SmallestSize();
     SetWindowPos(window_, nullptr, 0, 0, smallest.cx, smallest.cy, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
-    placed_ = true;
   }
   Arrange();
-  ShowPage(0);
-  Say(L"");
+  Say({""});
   SetTimer(window_, kTimer, kTickMilliseconds, nullptr);
   ShowWindow(window_, IsZoomed(window_) ? SW_SHOWMAXIMIZED : SW_SHOW);
   SetFocus(GetDlgItem(window_, IDC_PRINTERS));
@@ -178,19 +145,15 @@ void MainWindow::Init() {
 }
 
 void MainWindow::Close() {
-  if (job_) {
+  if (underWay_) {
     closing_ = true;
     Cancel();
-    Say(L"Closing as soon as the exchange under way has ended...");
+    Say({"Closing as soon as the exchange under way has ended..."});
     return;
   }
   KillTimer(window_, kTimer);
   StorePlace(window_);
-  processLogger.Listen(nullptr);
-  MSG message = {};
-  while (PeekMessageW(&message, window_, kTraceLine, kTraceLine, PM_REMOVE)) {
-    const std::unique_ptr<TraceLine> line(reinterpret_cast<TraceLine*>(message.lParam));
-  }
+  EndTrace(window_, kTraceLine);
   DestroyWindow(window_);
 }
 
@@ -206,25 +169,10 @@ SIZE MainWindow::SmallestSize() const {
           smallest.cy + (outer.bottom - outer.top) - inner.bottom};
 }
 
-RECT MainWindow::PageArea() const {
-  const HWND tabs = GetDlgItem(window_, IDC_PAGES);
-  RECT area = {};
-  GetWindowRect(tabs, &area);
-  MapWindowPoints(nullptr, window_, reinterpret_cast<POINT*>(&area), 2);
-  SendMessageW(tabs, TCM_ADJUSTRECT, FALSE, reinterpret_cast<LPARAM>(&area));
-  return area;
-}
-
 void MainWindow::Arrange() {
   layout_.Arrange(window_);
   pane_.FitColumns();
-  const RECT area = PageArea();
-  for (const std::unique_ptr<Page>& page : pages_) {
-    SetWindowPos(page->Window(), nullptr, area.left, area.top, area.right - area.left, area.bottom - area.top,
-                 SWP_NOZORDER | SWP_NOACTIVATE);
-    // A page that keeps its size may have got another font.
-    page->Arrange();
-  }
+  pages_.Arrange();
 }
 
 void MainWindow::ChangeDensity(int density, const RECT& suggested) {
@@ -245,7 +193,7 @@ bool MainWindow::HandleKey(const MSG& message) {
       return true;
     case VK_ESCAPE:
       // While there is work, Esc ends that first.
-      if (!job_ || job_->cancelled) return false;
+      if (!underWay_ || underWay_->cancelled) return false;
       Cancel();
       return true;
     case VK_TAB:
@@ -255,18 +203,8 @@ bool MainWindow::HandleKey(const MSG& message) {
     case VK_PRIOR:
       if (control) TurnPage(message.wParam == VK_NEXT ? 1 : -1);
       return control;
-    case 'C':
-      if (!control || !IsOfClass(message.hwnd, WC_LISTVIEWW)) return false;
-      CopyChosenLines(message.hwnd);
-      return true;
-    case 'A':
-      if (!control || !IsOfClass(message.hwnd, WC_LISTVIEWW)) return false;
-      if (message.hwnd != GetDlgItem(window_, IDC_PRINTERS)) {
-        ListView_SetItemState(message.hwnd, -1, LVIS_SELECTED, LVIS_SELECTED);
-      }
-      return true;
     default:
-      return false;
+      return control && HandleListKey(message.hwnd, message.wParam);
   }
 }
 
@@ -300,7 +238,8 @@ void MainWindow::Command(int control) {
 
 void MainWindow::Notify(const NMHDR& header) {
   if (header.idFrom == IDC_PAGES && header.code == TCN_SELCHANGE) {
-    ShowPage(static_cast<std::size_t>(SendDlgItemMessageW(window_, IDC_PAGES, TCM_GETCURSEL, 0, 0)));
+    pages_.ShowChosen();
+    ShowPage();
   }
   if (header.idFrom == IDC_PRINTERS && header.code == LVN_ITEMCHANGED) {
     const auto& change = reinterpret_cast<const NMLISTVIEW&>(header);
@@ -311,44 +250,46 @@ void MainWindow::Notify(const NMHDR& header) {
 // Printers.
 
 void MainWindow::ListPrinters() {
-  Work(L"Listing the printers of this computer...", Effort::Search, [this](const ExchangeGate& gate) -> Worker::Finish {
-    return [this, printers = ListLocalPrinters(gate)]() mutable {
-      const SharedChoice before = chosen_;
-      pane_.SetLocal(std::move(printers));
-      if (before) {
-        pane_.Choose(*before);
-      } else if (const PrinterChoice* queue = pane_.FindQueue(start_.queueName)) {
-        pane_.Choose(*queue);
-      } else if (!listed_ && start_.queueName.empty()) {
-        pane_.ChooseFirst();
-      } else if (!start_.queueName.empty()) {
-        Say(Joined({L"There is no queue \"", start_.queueName, L"\" on this computer. Choose another printer."}));
-      }
-      listed_ = true;
-    };
-  });
+  Work("Listing the printers of this computer...", Effort::Search,
+       MakeJob(&ListLocalPrinters, [this](std::vector<PrinterChoice>&& printers) { ShowLocal(std::move(printers)); }));
+}
+
+void MainWindow::ShowLocal(std::vector<PrinterChoice>&& printers) {
+  pane_.SetLocal(std::move(printers));
+  if (chosen_) {
+    pane_.Choose(*chosen_);
+  } else if (const PrinterChoice* queue = pane_.FindQueue(start_.queueName)) {
+    pane_.Choose(*queue);
+  } else if (!start_.queueName.empty()) {
+    Say({"There is no queue \"", start_.queueName, "\" on this computer. Choose another printer."});
+  } else if (!listed_) {
+    pane_.ChooseFirst();
+  }
+  listed_ = true;
 }
 
 void MainWindow::Search() {
-  Work(L"Searching the network...", Effort::Search, [this](const ExchangeGate&) -> Worker::Finish {
-    return [this, printers = SearchNetwork()] {
-      if (!printers) {
-        Say(L"The search could not be sent: this computer has no network.");
-      } else if (printers->empty()) {
-        Say(L"No printer has answered. A printer in another subnet, or with another SNMP community, does not.");
-      } else {
-        const std::size_t fresh = pane_.AddNetwork(*printers);
-        Say(Joined({std::to_wstring(printers->size()), printers->size() == 1 ? L" printer has" : L" printers have",
-                    L" answered, ", std::to_wstring(fresh), L" of them new in the list."}));
-      }
-    };
-  });
+  Work("Searching the network...", Effort::Search,
+       MakeJob([](const ExchangeGate&) { return SearchNetwork(); },
+               [this](std::optional<std::vector<PrinterChoice>>&& printers) { ShowFound(printers); }));
+}
+
+void MainWindow::ShowFound(const std::optional<std::vector<PrinterChoice>>& printers) {
+  if (!printers) {
+    Say({"The search could not be sent: this computer has no network."});
+  } else if (printers->empty()) {
+    Say({"No printer has answered. A printer in another subnet, or with another SNMP community, does not."});
+  } else {
+    const std::size_t fresh = pane_.AddNetwork(*printers);
+    Say({printers->size(), printers->size() == 1 ? Ascii(" printer has") : Ascii(" printers have"), " answered, ",
+         fresh, " of them new in the list."});
+  }
 }
 
 void MainWindow::AddTyped() {
   const std::wstring address = pane_.TypedAddress();
   if (address.empty()) {
-    Say(L"Type the name or the IP address of a printer first.");
+    Say({"Type the name or the IP address of a printer first."});
     SetFocus(GetDlgItem(window_, IDC_ADDRESS));
     return;
   }
@@ -359,130 +300,92 @@ void MainWindow::AddTyped() {
 void MainWindow::ChoosePrinter() {
   const PrinterChoice* const choice = pane_.Chosen();
   if (!choice || (chosen_ && *choice == *chosen_)) return;
-  chosen_ = std::make_shared<const PrinterChoice>(*choice);
+  // std::make_shared would bring more of the run-time library into the program.
+  chosen_ = std::make_unique<const PrinterChoice>(*choice);
   facts_ = {};
-  toRead_.clear();
-  if (job_ && job_->effort == Effort::Read) Cancel();
-  for (const std::unique_ptr<Page>& page : pages_) {
-    page->wasRead = false;
-    page->Forget();
-  }
-  // The first page finds out what others need to know.
-  toRead_.push_back(pages_[0].get());
-  ShowPage(page_);
+  if (underWay_ && underWay_->effort == Effort::Read) Cancel();
+  pages_.Forget();
+  ShowPage();
 }
 
 void MainWindow::ReadAgain() {
-  if (job_) return;
+  if (underWay_) return;
   if (!chosen_ || GetFocus() == GetDlgItem(window_, IDC_PRINTERS)) {
     ListPrinters();
     return;
   }
-  toRead_.assign({pages_[page_].get()});
+  pages_.Seen().wasRead = false;
   ReadNext();
 }
 
 void MainWindow::CopyDiagnosis() {
   std::vector<DiagnosisSection> sections;
-  DiagnosisSection general;
-  general.title = L"Computer and printer";
-  const auto add = [&general](const wchar_t* label, const std::wstring& value) {
-    Row& row = general.rows.emplace_back();
-    row.label = label;
-    row.value = value;
-  };
-  add(L"Written", LocalTimeText());
-  add(L"Windows", WindowsVersion());
-  add(L"Agent", AgentVersion());
-  add(L"Printer", chosen_ ? chosen_->name : L"none chosen");
-  if (chosen_) {
-    add(L"Driver", chosen_->driver);
-    add(L"Port", chosen_->port);
-    add(L"Leads to", DescribeTarget(*chosen_));
-  }
-  sections.push_back(std::move(general));
-  for (const std::unique_ptr<Page>& page : pages_) sections.push_back(page->Describe());
+  sections.push_back(DescribeComputer(chosen_.get()));
+  pages_.Describe(sections);
   const std::wstring text = MakeDiagnosis(sections, chosen_ ? std::wstring_view(chosen_->target.community) : L"");
-  Say(CopyToClipboard(window_, text) ? L"The diagnosis is on the clipboard."
-                                     : L"Another program holds the clipboard. Try again.");
+  Say({CopyToClipboard(window_, text) ? Ascii("The diagnosis is on the clipboard.")
+                                      : Ascii("Another program holds the clipboard. Try again.")});
 }
 
 // Pages.
 
-void MainWindow::ShowPage(std::size_t number) {
-  if (number >= kPages) return;
-  page_ = number;
-  SendDlgItemMessageW(window_, IDC_PAGES, TCM_SETCURSEL, number, 0);
-  for (std::size_t other = 0; other < kPages; ++other) {
-    if (other != number) ShowWindow(pages_[other]->Window(), SW_HIDE);
-  }
-  Page& page = *pages_[number];
-  ShowWindow(page.Window(), SW_SHOWNA);
-  page.Enable(!job_);
-  page.TraceGrew();
-  // Only the first page and the one that is seen are wanted.
-  std::erase_if(toRead_, [this](const Page* waiting) { return waiting != pages_[0].get(); });
-  if (chosen_ && !page.wasRead && std::find(toRead_.begin(), toRead_.end(), &page) == toRead_.end()) {
-    toRead_.push_back(&page);
-  }
+void MainWindow::ShowPage() {
+  pages_.Seen().Enable(!underWay_);
   ReadNext();
 }
 
 void MainWindow::TurnPage(int direction) {
-  const auto count = static_cast<int>(kPages);
-  // The focus must not stay on a page that nobody sees.
-  if (IsChild(pages_[page_]->Window(), GetFocus())) SetFocus(GetDlgItem(window_, IDC_PAGES));
-  ShowPage(static_cast<std::size_t>((static_cast<int>(page_) + direction + count) % count));
+  pages_.Turn(direction);
+  ShowPage();
 }
 
 void MainWindow::ReadNext() {
-  while (!job_ && !toRead_.empty()) {
-    Page* const page = toRead_.front();
-    toRead_.erase(toRead_.begin());
-    page->wasRead = true;
+  while (!underWay_) {
+    Page* const page = pages_.NextToRead();
+    if (!page) return;
     page->Read();
   }
 }
 
 // Work.
 
-void MainWindow::Work(const std::wstring& what, Effort effort, Worker::Job job) {
-  if (job_) return;
-  job_ = Job{what, effort, GetTickCount64(), false, nullptr};
-  Say(what);
+void MainWindow::Work(Ascii what, Effort effort, std::unique_ptr<Job> job) {
+  if (underWay_) return;
+  underWay_ = UnderWay{what, effort, GetTickCount64(), false, nullptr};
+  Say({what});
   EnableWork(false);
   if (!worker_->Start(std::move(job))) {
-    job_.reset();
+    underWay_.reset();
     EnableWork(true);
-    Say(L"Windows gives no thread for the work. Try again.");
+    Say({"Windows gives no thread for the work. Try again."});
   }
 }
 
 void MainWindow::Cancel() {
-  if (!job_ || job_->cancelled) return;
-  job_->cancelled = true;
+  if (!underWay_ || underWay_->cancelled) return;
+  underWay_->cancelled = true;
   worker_->Cancel();
-  Say(L"Cancelling...");
+  Say({"Cancelling..."});
 }
 
 void MainWindow::EndWork() {
-  Worker::Finish finish = worker_->TakeOutcome();
-  if (!job_) return;
-  const Job job = std::move(*job_);
-  job_.reset();
+  const std::unique_ptr<Job> job = worker_->TakeJob();
+  if (!underWay_) return;
+  const UnderWay ended = *underWay_;
+  underWay_.reset();
   if (closing_) {
     Close();
     return;
   }
-  Say(Joined({job.cancelled ? L"Cancelled after " : L"Done after ", Seconds(job.begun), L"."}));
-  if (!finish) {
-    Say(L"There was not enough memory for: " + job.what);
-  } else if (!job.cancelled || job.effort != Effort::Read) {
-    finish();
+  Say({ended.cancelled ? Ascii("Cancelled after ") : Ascii("Done after "), Seconds(ended.begun), "."});
+  if (!job) {
+    Say({"There was not enough memory for: ", ended.what});
+  } else if (!ended.cancelled || ended.effort != Effort::Read) {
+    job->Finish();
   }
   EnableWork(true);
   const HWND cancel = GetDlgItem(window_, IDC_CANCEL_WORK);
-  if (GetFocus() == cancel) SetFocus(job.focus ? job.focus : GetDlgItem(window_, IDC_PRINTERS));
+  if (GetFocus() == cancel) SetFocus(ended.focus ? ended.focus : GetDlgItem(window_, IDC_PRINTERS));
   EnableWindow(cancel, FALSE);
   ReadNext();
 }
@@ -492,24 +395,26 @@ void MainWindow::EnableWork(bool on) {
   const HWND cancel = GetDlgItem(window_, IDC_CANCEL_WORK);
   if (!on) EnableWindow(cancel, TRUE);
   for (const int control : kWorkControls) EnableWindow(GetDlgItem(window_, control), on);
-  EnableWindow(GetDlgItem(window_, IDC_PRINTERS), on || job_->effort != Effort::Act);
-  pages_[page_]->Enable(on);
+  EnableWindow(GetDlgItem(window_, IDC_PRINTERS), on || underWay_->effort != Effort::Act);
+  pages_.Seen().Enable(on);
   const HWND progress = GetDlgItem(window_, IDC_PROGRESS);
   ShowWindow(progress, on ? SW_HIDE : SW_SHOWNA);
   SendMessageW(progress, PBM_SETMARQUEE, on ? FALSE : TRUE, 0);
   SetDlgItemTextW(window_, IDC_ELAPSED, on ? L"" : L"0 s");
   // A control that is switched off would keep the keyboard to itself.
   if (!on && focus && !IsWindowEnabled(focus)) {
-    job_->focus = focus;
+    underWay_->focus = focus;
     SetFocus(cancel);
   }
 }
 
-void MainWindow::Say(const std::wstring& text) const { SetDlgItemTextW(window_, IDC_STATUS, text.c_str()); }
+void MainWindow::Say(std::initializer_list<Piece> text) const {
+  SetDlgItemTextW(window_, IDC_STATUS, Joined(text).c_str());
+}
 
 void MainWindow::Tick() {
-  if (job_) SetDlgItemTextW(window_, IDC_ELAPSED, Seconds(job_->begun).c_str());
-  if (std::exchange(traceGrew_, false)) pages_[page_]->TraceGrew();
+  if (underWay_) SetDlgItemTextW(window_, IDC_ELAPSED, Seconds(underWay_->begun).c_str());
+  if (std::exchange(traceGrew_, false)) pages_.Seen().TraceGrew();
   if (++ticks_ % kTicksBetweenLooks == 0) LookForRun();
 }
 

@@ -1,14 +1,13 @@
 #pragma once
 
-#include <array>
 #include <cstdint>
+#include <initializer_list>
 #include <memory>
 #include <optional>
-#include <string>
 #include <vector>
 
 #include "Layout_win.h"
-#include "Page_win.h"
+#include "PageTabs_win.h"
 #include "PrinterPane_win.h"
 #include "WindowDensity_win.h"
 #include "Worker_win.h"
@@ -27,11 +26,9 @@ class MainWindow : private PageHost {
   bool Run();
 
  private:
-  static constexpr std::size_t kPages = 7;
-
   // What is under way.
-  struct Job {
-    std::wstring what;
+  struct UnderWay {
+    Ascii what;
     Effort effort = Effort::Read;
     std::uint64_t begun = 0;
     bool cancelled = false;
@@ -46,13 +43,12 @@ class MainWindow : private PageHost {
   SharedChoice Chosen() const override { return chosen_; }
   PrinterFacts& Facts() override { return facts_; }
   TraceLines& Trace() override { return trace_; }
-  void Work(const std::wstring& what, Effort effort, Worker::Job job) override;
+  void Work(Ascii what, Effort effort, std::unique_ptr<Job> job) override;
 
   void Init();
   void Arrange();
   void ChangeDensity(int density, const RECT& suggested);
   SIZE SmallestSize() const;
-  RECT PageArea() const;
   bool HandleKey(const MSG& message);
 
   void Command(int control);
@@ -60,19 +56,21 @@ class MainWindow : private PageHost {
   void Close();
 
   void ListPrinters();
+  void ShowLocal(std::vector<PrinterChoice>&& printers);
   void Search();
+  void ShowFound(const std::optional<std::vector<PrinterChoice>>& printers);
   void AddTyped();
   void ChoosePrinter();
   void ReadAgain();
   void CopyDiagnosis();
 
-  void ShowPage(std::size_t number);
+  void ShowPage();
   void TurnPage(int direction);
   void ReadNext();
   void Cancel();
   void EndWork();
   void EnableWork(bool on);
-  void Say(const std::wstring& text) const;
+  void Say(std::initializer_list<Piece> text) const;
   void Tick();
   void LookForRun();
 
@@ -83,16 +81,13 @@ class MainWindow : private PageHost {
   PrinterPane pane_;
   TraceLines trace_;
   bool traceGrew_ = false;
-  std::array<std::unique_ptr<Page>, kPages> pages_;
-  std::size_t page_ = 0;  // the one that is seen
+  PageTabs pages_;
   SharedChoice chosen_;
   PrinterFacts facts_;
   std::optional<Worker> worker_;
-  std::optional<Job> job_;
-  std::vector<Page*> toRead_;
+  std::optional<UnderWay> underWay_;
   unsigned ticks_ = 0;
   bool listed_ = false;  // the printers were listed once
-  bool placed_ = false;
   bool closing_ = false;
 };
 

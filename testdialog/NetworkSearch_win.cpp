@@ -33,9 +33,8 @@ void Collect(ReqRespPDU& answer, NetworkAddress* sender) {
     std::wstring name;
     if (IsBelow(description.getOID(), kDeviceDescriptions)) name = DecodeText(description.getValue().toString());
     std::wstring address = ToWide(sender->getValue());
-    const bool known = std::any_of(found->begin(), found->end(), [&address](const PrinterChoice& choice) {
-      return choice.target.address == address;
-    });
+    const bool known = std::ranges::any_of(
+        *found, [&address](const PrinterChoice& choice) { return choice.target.address == address; });
     if (!known) found->push_back(NetworkPrinter(std::move(name), std::move(address)));
   } catch (const std::exception&) {
     // Without memory for another printer the search goes on without it: a callback must not throw.

@@ -29,7 +29,7 @@ class PageWindow {
       page.window_ = window;
       LeaveScalingToProgram(window);
       UseTabBackground(window);
-      page.layout_.Learn(window, page.Anchors());
+      page.layout_.Learn(window, page.anchors_);
       page.Init();
       return FALSE;
     }
@@ -73,20 +73,10 @@ void Page::Arrange() {
   AfterArranging();
 }
 
-std::vector<Row> OneRow(const wchar_t* what, const wchar_t* value, const std::wstring& meaning) {
-  std::vector<Row> rows(1);
-  rows[0].label = what;
-  rows[0].value = value;
-  rows[0].remark = meaning;
-  return rows;
-}
+void Page::EnableControl(int number, bool on) const { EnableWindow(Control(number), on); }
 
-std::vector<Row> NothingRead() {
-  return OneRow(L"Nothing read yet", L"", L"Choose a printer on the left, or press F5 to read again.");
-}
-
-std::vector<Row> NoAnswer() {
-  return OneRow(L"Printer", L"does not answer", L"The page Identity says what is known about why.");
+bool Page::IsConfirmed(const std::wstring& question, const wchar_t* title) const {
+  return MessageBoxW(GetParent(window_), question.c_str(), title, MB_OKCANCEL | MB_ICONWARNING | MB_DEFBUTTON2) == IDOK;
 }
 
 }  // namespace zt

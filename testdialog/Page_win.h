@@ -7,12 +7,13 @@
 
 #include "Diagnosis.h"
 #include "Handle.h"
+#include "Job_win.h"
+#include "Joined.h"
 #include "Layout_win.h"
 #include "PrinterChoice.h"
 #include "ReportPage.h"
 #include "TestDialog.h"
 #include "TraceLines.h"
-#include "Worker_win.h"
 
 namespace zt {
 
@@ -43,14 +44,16 @@ class PageHost {
   virtual PrinterFacts& Facts() = 0;        // of the chosen printer; empty when another one is chosen
   virtual TraceLines& Trace() = 0;
   // Work begins a job, unless one is under way; `what` is what the window says meanwhile.
-  virtual void Work(const std::wstring& what, Effort effort, Worker::Job job) = 0;
+  virtual void Work(Ascii what, Effort effort, std::unique_ptr<Job> job) = 0;
 };
 
 // Page is one page of the dialog: a child dialog, what it shows of the chosen printer, and its share of the diagnosis.
 // All of it happens on the window's thread but for the jobs.
 class Page {
  public:
-  Page(PageHost& host, int dialog, const wchar_t* title) : host_(host), dialog_(dialog), title_(title) {}
+  // `dialog` is the number of the template; `anchors` say how its controls move.
+  Page(PageHost& host, int dialog, const wchar_t* title, std::span<const Anchor> anchors)
+      : host_(host), dialog_(dialog), title_(title), anchors_(anchors) {}
   virtual ~Page() = default;
   Page(const Page&) = delete;
   Page& operator=(const Page&) = delete;
@@ -81,7 +84,6 @@ class Page {
   virtual DiagnosisSection Describe() const = 0;
 
  protected:
-  virtual std::span<const Anchor> Anchors() const = 0;
   virtual void Init() = 0;
   virtual void Command(int /*control*/, int /*notification*/) {}
   virtual void Notify(const NMHDR& /*header*/) {}
@@ -89,7 +91,10 @@ class Page {
   virtual void AfterArranging() {}
 
   HWND Control(int number) const { return GetDlgItem(window_, number); }
-  void EnableControl(int number, bool on) const { EnableWindow(Control(number), on); }
+  void EnableControl(int number, bool on) const;
+
+  // IsConfirmed asks the user before something is changed.
+  bool IsConfirmed(const std::wstring& question, const wchar_t* title) const;
 
   PageHost& host_;
 
@@ -97,6 +102,7 @@ class Page {
   friend class PageWindow;
   int dialog_;
   const wchar_t* title_;
+  std::span<const Anchor> anchors_;
   HWND window_ = nullptr;
   Layout layout_;
 };
@@ -108,12 +114,5 @@ std::unique_ptr<Page> MakeServerPage(PageHost& host);
 std::unique_ptr<Page> MakeProtectionPage(PageHost& host);
 std::unique_ptr<Page> MakeHistoryPage(PageHost& host);
 std::unique_ptr<Page> MakeTracePage(PageHost& host);
-
-// OneRow returns a page's rows where there is but one thing to say.
-std::vector<Row> OneRow(const wchar_t* what, const wchar_t* value, const std::wstring& meaning);
-
-// What a page says before anything was read, and when the printer does not open, of which Identity says more.
-std::vector<Row> NothingRead();
-std::vector<Row> NoAnswer();
 
 }  // namespace zt

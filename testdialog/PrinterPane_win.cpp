@@ -16,7 +16,7 @@ constexpr RowColumn kColumns[] = {{L"Name", 64}, {L"Leads to", 96}, {L"Port", 60
 
 template <class Predicate>
 const PrinterChoice* FindIf(const std::vector<PrinterChoice>& printers, const Predicate& predicate) {
-  const auto found = std::find_if(printers.begin(), printers.end(), predicate);
+  const auto found = std::ranges::find_if(printers, predicate);
   return found == printers.end() ? nullptr : &*found;
 }
 
@@ -54,7 +54,7 @@ const PrinterChoice* PrinterPane::Chosen() const {
 }
 
 void PrinterPane::Choose(const PrinterChoice& choice) {
-  const auto found = std::find(printers_.begin(), printers_.end(), choice);
+  const auto found = std::ranges::find(printers_, choice);
   if (found == printers_.end()) return;
   list_.Choose(static_cast<int>(found - printers_.begin()));
 }

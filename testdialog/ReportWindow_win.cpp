@@ -11,6 +11,7 @@
 #include "Page_win.h"
 #include "RowList_win.h"
 #include "SaveFile_win.h"
+#include "Words.h"
 #include "resource.h"
 
 namespace zt {
@@ -45,18 +46,18 @@ Report Collect(ReportKind kind, const PrinterChoice& choice, bool agreement, con
   const std::unique_ptr<IZOLTDataProvider> provider = MakeProvider(choice, gate);
   if (provider->Initialize(false)) return MakeReport(kind, *provider, agreement);
   Report report;
-  report.problem = L"The printer does not answer. The page Identity says what is known about why.";
+  report.problem = Joined({"The printer does not answer. The page Identity says what is known about why."});
   if (choice.kind != ChoiceKind::Virtual && choice.target.kind == PortKind::None) report.problem = choice.why;
   return report;
 }
 
 class ReportWindow : public Page {
  public:
-  explicit ReportWindow(PageHost& host) : Page(host, IDD_REPORT, L"Report") {}
+  explicit ReportWindow(PageHost& host) : Page(host, IDD_REPORT, L"Report", kAnchors) {}
 
   void Forget() override {
     Report none;
-    none.problem = L"No report yet. Press Collect: it reads the printer as a run does, and sends nothing.";
+    none.problem = Joined({"No report yet. Press Collect: it reads the printer as a run does, and sends nothing."});
     Show(std::move(none));
   }
 
@@ -65,14 +66,14 @@ class ReportWindow : public Page {
         IsDlgButtonChecked(Window(), IDC_PRODUCT_PROTECTION) ? ReportKind::Protection : ReportKind::PrintVolume;
     const SharedChoice choice = host_.Chosen();
     const bool agreement = host_.Start().readAgreement && host_.Start().readAgreement(choice->driver);
-    host_.Work(L"Collecting the report...", Effort::Read,
-               [this, kind, choice, agreement](const ExchangeGate& gate) -> Worker::Finish {
-                 return [this, kind, report = Collect(kind, *choice, agreement, gate)]() mutable {
-                   host_.Facts().document = report.bytes;
-                   host_.Facts().documentKind = kind;
-                   Show(std::move(report));
-                 };
-               });
+    host_.Work(
+        "Collecting the report...", Effort::Read,
+        MakeJob([kind, choice, agreement](const ExchangeGate& gate) { return Collect(kind, *choice, agreement, gate); },
+                [this, kind](Report&& report) {
+                  host_.Facts().document = report.bytes;
+                  host_.Facts().documentKind = kind;
+                  Show(std::move(report));
+                }));
   }
 
   void Enable(bool on) override {
@@ -83,13 +84,11 @@ class ReportWindow : public Page {
 
   DiagnosisSection Describe() const override {
     DiagnosisSection section{Title(), {}, report_.collected ? report_.shown : report_.problem};
-    for (const Finding& finding : report_.findings) section.rows.push_back({L"Finding", finding.text, L""});
+    for (const Finding& finding : report_.findings) AddRow(section.rows, "Finding", finding.text);
     return section;
   }
 
  private:
-  std::span<const Anchor> Anchors() const override { return kAnchors; }
-
   void Init() override {
     CheckRadioButton(Window(), IDC_PRINT_VOLUME, IDC_PRODUCT_PROTECTION, IDC_PRINT_VOLUME);
     findings_.Attach(Window(), IDC_FINDINGS, 0, kColumns);
@@ -101,7 +100,7 @@ class ReportWindow : public Page {
   void Command(int control, int notification) override {
     if (notification != BN_CLICKED) return;
     if (control == IDC_COLLECT && host_.Chosen()) Read();
-    if (control == IDC_COPY_REPORT) CopyToClipboard(Window(), LinesOf(report_.shown));
+    if (control == IDC_COPY_REPORT) CopyToClipboard(Window(), WithLineEnds(report_.shown));
     if (control == IDC_SAVE_REPORT) SaveWithDialog(Window(), L"report.xml", L"xml", report_.bytes);
   }
 
@@ -121,8 +120,8 @@ class ReportWindow : public Page {
     std::wstring text = report_.collected ? report_.shown : report_.problem;
     std::replace(text.begin(), text.end(), L'\n', L'\r');
     const HWND field = Control(IDC_REPORT);
+    SetWindowTextW(field, text.c_str());  // drawn at once, or else the scroll bar of a long text may be missing
     SendMessageW(field, WM_SETREDRAW, FALSE, 0);
-    SetWindowTextW(field, text.c_str());
     Colour({0, text.size()}, GetSysColor(COLOR_WINDOWTEXT));
     for (std::size_t number = 0; number < std::min(report_.spans.size(), kMostSpans); ++number) {
       Colour(report_.spans[number].range, ColourOf(report_.spans[number].kind));
@@ -155,15 +154,6 @@ class ReportWindow : public Page {
   void ShowElement(TextRange range) const {
     Select(range);
     SendMessageW(Control(IDC_REPORT), EM_SCROLLCARET, 0, 0);
-  }
-
-  static std::wstring LinesOf(const std::wstring& shown) {
-    std::wstring text;
-    for (const wchar_t c : shown) {
-      if (c == L'\n') text += L'\r';
-      text += c;
-    }
-    return text;
   }
 
   RowList findings_;

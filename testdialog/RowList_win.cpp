@@ -7,6 +7,7 @@
 
 #include "Clipboard_win.h"
 #include "Layout_win.h"
+#include "Words.h"
 
 namespace zt {
 namespace {
@@ -39,13 +40,16 @@ std::wstring ForCell(std::wstring_view text) {
   return cell;
 }
 
-// With the line ends of an edit control.
-void AppendForField(std::wstring& field, std::wstring_view text) {
-  for (const wchar_t c : text) {
-    if (c == L'\r') continue;
-    if (c == L'\n') field += L'\r';
-    field += c;
+void CopyChosenLines(HWND list) {
+  std::wstring text;
+  for (int line = -1; (line = ListView_GetNextItem(list, line, LVNI_SELECTED)) >= 0;) {
+    for (int column = 0; column < ColumnCount(list); ++column) {
+      if (column > 0) text += L'\t';
+      text += CellText(list, line, column);
+    }
+    text += L"\r\n";
   }
+  if (!text.empty()) CopyToClipboard(GetParent(list), text);
 }
 
 }  // namespace
@@ -84,7 +88,7 @@ void RowList::Add(std::initializer_list<std::wstring_view> cells) {
   for (const std::wstring_view cell : cells) {
     if (!cell.empty()) {
       if (!line.empty()) line += L"\r\n";
-      AppendForField(line, cell);
+      line += WithLineEnds(cell);
     }
     std::wstring text = ForCell(cell);
     LVITEMW item = {};
@@ -108,6 +112,7 @@ void RowList::Shown() {
 
 void RowList::Choose(int line) const {
   if (line < 0) return;  // for the control, that would be all of them
+  ListView_SetItemState(list_, -1, 0, LVIS_SELECTED);
   ListView_SetItemState(list_, line, LVIS_SELECTED | LVIS_FOCUSED, LVIS_SELECTED | LVIS_FOCUSED);
   ListView_EnsureVisible(list_, line, FALSE);
 }
@@ -129,16 +134,20 @@ void RowList::FitColumns() const {
   if (room > 0) ListView_SetColumnWidth(list_, columns_ - 1, room);
 }
 
-void CopyChosenLines(HWND list) {
-  std::wstring text;
-  for (int line = -1; (line = ListView_GetNextItem(list, line, LVNI_SELECTED)) >= 0;) {
-    for (int column = 0; column < ColumnCount(list); ++column) {
-      if (column > 0) text += L'\t';
-      text += CellText(list, line, column);
-    }
-    text += L"\r\n";
+bool IsList(HWND control) {
+  wchar_t name[32] = L"";
+  GetClassNameW(control, name, static_cast<int>(std::size(name)));
+  return lstrcmpiW(name, WC_LISTVIEWW) == 0;
+}
+
+bool HandleListKey(HWND control, WPARAM key) {
+  if ((key != 'A' && key != 'C') || !IsList(control)) return false;
+  if (key == 'C') {
+    CopyChosenLines(control);
+  } else if (!(GetWindowLongPtrW(control, GWL_STYLE) & LVS_SINGLESEL)) {
+    ListView_SetItemState(control, -1, LVIS_SELECTED, LVIS_SELECTED);
   }
-  if (!text.empty()) CopyToClipboard(GetParent(list), text);
+  return true;
 }
 
 void ScaleColumns(HWND list, int now, int before) {

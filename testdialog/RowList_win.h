@@ -32,7 +32,7 @@ class RowList {
   void Add(std::initializer_list<std::wstring_view> cells);
   void Shown();
 
-  // Choose chooses a line and scrolls to it; none when there is no such line.
+  // Choose chooses a line and no other, and scrolls to it; none when there is no such line.
   void Choose(int line) const;
 
   // Chosen returns the first line that is chosen; -1 without one.
@@ -52,10 +52,14 @@ class RowList {
 };
 
 // The usual columns of a page of rows.
-inline constexpr RowColumn kRowColumns[] = {{L"What", 92}, {L"Value", 96}, {L"Meaning", 116}};
+inline constexpr RowColumn kRowColumns[] = {{L"What", 112}, {L"Value", 86}, {L"Meaning", 106}};
 
-// CopyChosenLines puts the chosen lines of a list control on the clipboard, cells separated by tabs.
-void CopyChosenLines(HWND list);
+// IsList answers whether a control is a list.
+bool IsList(HWND control);
+
+// HandleListKey does what a key that is pressed together with Ctrl means in a list: C copies the chosen lines, cells
+// separated by tabs, and A chooses all. False for any other control or key.
+bool HandleListKey(HWND control, WPARAM key);
 
 // ScaleColumns changes the width of all columns of a list control by `now` to `before`.
 void ScaleColumns(HWND list, int now, int before);

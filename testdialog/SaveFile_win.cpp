@@ -5,6 +5,7 @@
 
 #include <string>
 
+#include "Joined.h"
 #include "SystemLibrary_win.h"
 
 namespace zt {
@@ -26,8 +27,8 @@ void SaveWithDialog(HWND owner, const wchar_t* name, const wchar_t* suffix, std:
   wchar_t path[1024] = L"";
   lstrcpynW(path, name, static_cast<int>(std::size(path)));
   // Each text of the filter ends with a NUL, and the filter with another one.
-  std::wstring filter = std::wstring(L"*.") + suffix;
-  filter = filter + L'\0' + filter + L'\0' + L"*.*" + L'\0' + L"*.*" + L'\0';
+  constexpr std::wstring_view kEnd(L"\0", 1);
+  const std::wstring filter = Joined({"*.", suffix, kEnd, "*.", suffix, kEnd, "*.*", kEnd, "*.*", kEnd});
   OPENFILENAMEW question = {};
   question.lStructSize = sizeof(question);
   question.hwndOwner = owner;
@@ -38,8 +39,7 @@ void SaveWithDialog(HWND owner, const wchar_t* name, const wchar_t* suffix, std:
   question.Flags = OFN_OVERWRITEPROMPT | OFN_NOCHANGEDIR | OFN_PATHMUSTEXIST | OFN_HIDEREADONLY;
   if (!ask(&question)) return;
   if (!Write(path, bytes)) {
-    MessageBoxW(owner, (std::wstring(L"The file could not be written:\n\n") + path).c_str(), L"Save",
-                MB_OK | MB_ICONERROR);
+    MessageBoxW(owner, Joined({"The file could not be written:\n\n", path}).c_str(), L"Save", MB_OK | MB_ICONERROR);
   }
 }
 

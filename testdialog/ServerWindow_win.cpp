@@ -6,10 +6,8 @@
 #include <vector>
 
 #include "CodePage.h"
-#include "Joined_win.h"
-#include "Page_win.h"
 #include "PostForm.h"
-#include "RowList_win.h"
+#include "RowPage_win.h"
 #include "ServerPage.h"
 #include "resource.h"
 
@@ -22,16 +20,17 @@ constexpr Anchor kAnchors[] = {{IDC_BASE_URL, 0, 0, 100, 0},
                                {IDC_DETAILS_LABEL, 0, 70, 100, 70},
                                {IDC_EXCHANGE_DETAILS, 0, 70, 100, 100}};
 
-const wchar_t* NameOf(ReportKind kind) {
-  return kind == ReportKind::Protection ? L"product-protection" : L"print-volume";
+Ascii NameOf(ReportKind kind) {
+  return kind == ReportKind::Protection ? Ascii("product-protection") : Ascii("print-volume");
 }
 
-class ServerWindow : public Page {
+class ServerWindow : public RowPage {
  public:
-  explicit ServerWindow(PageHost& host) : Page(host, IDD_SERVER, L"Server") {}
+  explicit ServerWindow(PageHost& host)
+      : RowPage(host, IDD_SERVER, L"Server", kAnchors, IDC_EXCHANGE_ROWS, IDC_EXCHANGE_DETAILS) {}
 
   void Forget() override {
-    Show(OneRow(L"Nothing asked yet", L"", L"Press one of the buttons: each makes one exchange with the server."));
+    ShowRows(OneRow("Nothing asked yet", "", "Press one of the buttons: each makes one exchange with the server."));
   }
 
   // The server is asked by its buttons alone; here only what they would send is looked at.
@@ -42,45 +41,33 @@ class ServerWindow : public Page {
     EnableControl(IDC_CHECK_DATE, on && host_.Chosen());
     EnableControl(IDC_CHECK_SBX, on && host_.Chosen());
     EnableControl(IDC_POST_REPORT, on && !facts.document.empty());
-    SetDlgItemTextW(Window(), IDC_POST_HINT,
-                    facts.document.empty()
-                        ? L"To post, collect a report on the page Report first."
-                        : Joined({L"Posts the ", NameOf(facts.documentKind), L" report, as a test."}).c_str());
+    const std::wstring hint = facts.document.empty()
+                                  ? Joined({"To post, collect a report on the page Report first."})
+                                  : Joined({"Posts the ", NameOf(facts.documentKind), " report, as a test."});
+    SetDlgItemTextW(Window(), IDC_POST_HINT, hint.c_str());
   }
 
-  DiagnosisSection Describe() const override { return {Title(), shown_, {}}; }
-
  private:
-  std::span<const Anchor> Anchors() const override { return kAnchors; }
-
   void Init() override {
-    rows_.Attach(Window(), IDC_EXCHANGE_ROWS, IDC_EXCHANGE_DETAILS, kRowColumns);
     SendDlgItemMessageW(Window(), IDC_BASE_URL, EM_SETCUEBANNER, TRUE,
                         reinterpret_cast<LPARAM>(L"the report server that the agent was built for"));
     if (host_.Start().readPolicy) {
       if (const auto url = host_.Start().readPolicy().url) SetDlgItemTextW(Window(), IDC_BASE_URL, url->c_str());
     }
-    Forget();
+    RowPage::Init();
   }
 
   void Command(int control, int notification) override {
     if (notification != BN_CLICKED || !host_.Chosen()) return;
-    if (control == IDC_CHECK_DATE) Ask(ServerQuestion::CheckDate, L"Asking the server when a report is due...");
-    if (control == IDC_CHECK_SBX) Ask(ServerQuestion::CheckSBX, L"Asking the server for the protection limits...");
-    if (control == IDC_POST_REPORT && IsPostConfirmed()) Ask(ServerQuestion::PostReport, L"Posting the report...");
+    if (control == IDC_CHECK_DATE) Ask(ServerQuestion::CheckDate, "Asking the server when a report is due...");
+    if (control == IDC_CHECK_SBX) Ask(ServerQuestion::CheckSBX, "Asking the server for the protection limits...");
+    if (control == IDC_POST_REPORT && IsPostConfirmed()) Ask(ServerQuestion::PostReport, "Posting the report...");
   }
-
-  void Notify(const NMHDR& header) override {
-    if (header.code == LVN_ITEMCHANGED) rows_.ShowDetails();
-  }
-
-  void AfterArranging() override { rows_.FitColumns(); }
 
   bool IsPostConfirmed() const {
-    const std::wstring question = Joined({L"Post the ", NameOf(host_.Facts().documentKind), L" report of \"",
-                                          host_.Chosen()->name, L"\" to the server, marked as a test?"});
-    return MessageBoxW(GetParent(Window()), question.c_str(), L"Post report",
-                       MB_OKCANCEL | MB_ICONWARNING | MB_DEFBUTTON2) == IDOK;
+    return IsConfirmed(Joined({"Post the ", NameOf(host_.Facts().documentKind), " report of \"", host_.Chosen()->name,
+                               "\" to the server, marked as a test?"}),
+                       L"Post report");
   }
 
   std::string BaseURL() const {
@@ -90,22 +77,18 @@ class ServerWindow : public Page {
     return ToNarrow(text);
   }
 
-  void Ask(ServerQuestion question, const std::wstring& what) {
+  void Ask(ServerQuestion question, Ascii what) {
     const PrinterFacts& facts = host_.Facts();
     ServerRequest request{question, BaseURL(), facts.serialNumber, facts.modelName, facts.documentKind, {}};
     if (question == ServerQuestion::PostReport) request.document = facts.document;
-    host_.Work(what, Effort::Act, [this, request = std::move(request)](const ExchangeGate& gate) -> Worker::Finish {
-      return [this, rows = AskServer(request, PostFormOverHttp, gate)]() mutable { Show(std::move(rows)); };
-    });
+    host_.Work(what, Effort::Act,
+               MakeJob([request = std::move(request)](
+                           const ExchangeGate& gate) { return AskServer(request, PostFormOverHttp, gate); },
+                       [this](std::vector<Row>&& rows) {
+                         ShowRows(std::move(rows));
+                         list_.Choose(static_cast<int>(LineOfFailure(Rows())));
+                       }));
   }
-
-  void Show(std::vector<Row>&& rows) {
-    rows_.Fill(rows);
-    shown_ = std::move(rows);
-  }
-
-  RowList rows_;
-  std::vector<Row> shown_;
 };
 
 }  // namespace

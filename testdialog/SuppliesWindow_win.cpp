@@ -1,13 +1,8 @@
-#include <windows.h>
-#include <commctrl.h>
-
 #include <utility>
-#include <vector>
 
 #include "ChosenPrinter_win.h"
 #include "Gauges_win.h"
-#include "Page_win.h"
-#include "RowList_win.h"
+#include "RowPage_win.h"
 #include "SuppliesPage.h"
 #include "resource.h"
 
@@ -22,51 +17,41 @@ constexpr Anchor kAnchors[] = {{IDC_GAUGES, 0, 0, 100, 0},
 Supplies ReadChosen(const PrinterChoice& choice, const ExchangeGate& gate) {
   if (choice.kind == ChoiceKind::Virtual) return ReadSupplies(*MakeProvider(choice, gate));
   const std::unique_ptr<KVFPrinter> printer = ConnectPrinter(choice, gate);
-  if (!printer) return {{}, OneRow(L"Printer", L"not found", choice.why)};
+  if (!printer) return {{}, OneRow("Printer", "not found", choice.why)};
   if (!Succeeded(printer->Open())) return {{}, NoAnswer()};
   return ReadSupplies(*printer);
 }
 
-class SuppliesWindow : public Page {
+class SuppliesWindow : public RowPage {
  public:
-  explicit SuppliesWindow(PageHost& host) : Page(host, IDD_SUPPLIES, L"Supplies") {}
+  explicit SuppliesWindow(PageHost& host)
+      : RowPage(host, IDD_SUPPLIES, L"Supplies", kAnchors, IDC_SUPPLY_ROWS, IDC_SUPPLY_DETAILS) {}
 
   void Forget() override { Show({{}, NothingRead()}); }
 
   void Read() override {
-    host_.Work(L"Reading toners and counters...", Effort::Read,
-               [this, choice = host_.Chosen()](const ExchangeGate& gate) -> Worker::Finish {
-                 return [this, supplies = ReadChosen(*choice, gate)]() mutable { Show(std::move(supplies)); };
-               });
+    host_.Work("Reading toners and counters...", Effort::Read,
+               MakeJob([choice = host_.Chosen()](const ExchangeGate& gate) { return ReadChosen(*choice, gate); },
+                       [this](Supplies&& supplies) { Show(std::move(supplies)); }));
   }
-
-  DiagnosisSection Describe() const override { return {Title(), shown_, {}}; }
 
  private:
-  std::span<const Anchor> Anchors() const override { return kAnchors; }
   void Init() override {
-    rows_.Attach(Window(), IDC_SUPPLY_ROWS, IDC_SUPPLY_DETAILS, kRowColumns);
     gauges_.Attach(Window(), IDC_GAUGES);
-    Forget();
-  }
-  void Notify(const NMHDR& header) override {
-    if (header.code == LVN_ITEMCHANGED) rows_.ShowDetails();
+    RowPage::Init();
   }
   void Draw(const DRAWITEMSTRUCT& item) override { gauges_.Draw(item); }
   void AfterArranging() override {
     gauges_.Arrange();
-    rows_.FitColumns();
+    RowPage::AfterArranging();
   }
 
   void Show(Supplies&& supplies) {
     gauges_.Show(std::move(supplies.gauges));
-    rows_.Fill(supplies.rows);
-    shown_ = std::move(supplies.rows);
+    ShowRows(std::move(supplies.rows));
   }
 
-  RowList rows_;
   Gauges gauges_;
-  std::vector<Row> shown_;
 };
 
 }  // namespace

@@ -18,9 +18,12 @@ constexpr std::size_t kLinesOfDiagnosis = 200;
 constexpr Severity kLevels[] = {Severity::Information, Severity::Warning, Severity::Error};
 constexpr const wchar_t* kLevelNames[] = {L"All lines", L"Warnings and errors", L"Errors only"};
 
+// Behind time, uptime, thread, source and level, so that as much as possible of a message is seen.
+constexpr UINT kTabStops[] = {44, 82, 102, 212, 220};
+
 class TraceWindow : public Page {
  public:
-  explicit TraceWindow(PageHost& host) : Page(host, IDD_TRACE, L"Trace") {}
+  explicit TraceWindow(PageHost& host) : Page(host, IDD_TRACE, L"Trace", kAnchors) {}
 
   // What was traced before belongs to the story.
   void Forget() override {}
@@ -51,14 +54,14 @@ class TraceWindow : public Page {
   }
 
  private:
-  std::span<const Anchor> Anchors() const override { return kAnchors; }
-
   void Init() override {
     for (const wchar_t* name : kLevelNames) {
       SendDlgItemMessageW(Window(), IDC_TRACE_LEVEL, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(name));
     }
     SendDlgItemMessageW(Window(), IDC_TRACE_LEVEL, CB_SETCURSEL, 0, 0);
     SendDlgItemMessageW(Window(), IDC_TRACE_LINES, EM_SETLIMITTEXT, 0, 0);
+    SendDlgItemMessageW(Window(), IDC_TRACE_LINES, EM_SETTABSTOPS, std::size(kTabStops),
+                        reinterpret_cast<LPARAM>(kTabStops));
   }
 
   void Command(int control, int notification) override {

@@ -1,7 +1,6 @@
 #include "WindowDensity_win.h"
 
 #include <windows.h>
-#include <commctrl.h>
 
 #include <utility>
 
@@ -20,9 +19,7 @@ struct Change {
 BOOL CALLBACK Apply(HWND control, LPARAM parameter) {
   const auto& change = *reinterpret_cast<const Change*>(parameter);
   SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(change.font), FALSE);
-  wchar_t name[32] = L"";
-  GetClassNameW(control, name, static_cast<int>(std::size(name)));
-  if (lstrcmpiW(name, WC_LISTVIEWW) == 0) ScaleColumns(control, change.now, change.before);
+  if (IsList(control)) ScaleColumns(control, change.now, change.before);
   return TRUE;
 }
 

@@ -1,21 +1,16 @@
 #pragma once
 
 #include <atomic>
+#include <memory>
 
-#include "ExchangeGate.h"
 #include "Handle.h"
-#include "Task_win.h"
+#include "Job_win.h"
 
 namespace zt {
 
 // Worker makes one piece of work at a time on a thread of its own, so that the window stays alive.
 class Worker {
  public:
-  // What is left to do with the outcome, on the window's thread. Empty when the work broke off for want of memory.
-  using Finish = Task<void()>;
-  // The work itself. It looks at the gate, or hands it on, before each exchange.
-  using Job = Task<Finish(const ExchangeGate& gate)>;
-
   // `message` is posted to the window when a job has ended.
   Worker(HWND window, UINT message) : window_(window), message_(message) {}
   // Cancels, and waits for the exchange that is under way.
@@ -24,15 +19,14 @@ class Worker {
   Worker& operator=(const Worker&) = delete;
 
   // Start begins a job; not while another is under way. False when the system gives no thread.
-  [[nodiscard]] bool Start(Job job);
-
-  bool IsBusy() const { return static_cast<bool>(thread_); }
+  [[nodiscard]] bool Start(std::unique_ptr<Job> job);
 
   // Cancel closes the gate of the job that is under way.
   void Cancel() { gateOpen_ = false; }
 
-  // TakeOutcome is to be called when the message has come, and makes room for the next job.
-  Finish TakeOutcome();
+  // TakeJob is to be called when the message has come, and makes room for the next job. Null when the work broke off
+  // for want of memory.
+  std::unique_ptr<Job> TakeJob();
 
  private:
   static unsigned __stdcall Run(void* self);
@@ -41,8 +35,7 @@ class Worker {
   UINT message_;
   KernelHandle thread_;
   std::atomic<bool> gateOpen_ = true;
-  Job job_;
-  Finish finish_;
+  std::unique_ptr<Job> job_;
 };
 
 }  // namespace zt

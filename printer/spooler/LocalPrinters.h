@@ -6,7 +6,7 @@
 namespace zt {
 
 // EnumerateLocalPrinters returns the names of this computer's queues and of its connections to other computers' ones;
-// none when the spooler fails. No caller in this program; part of the interface, for tools that choose a queue.
+// none when the spooler fails.
 std::vector<std::wstring> EnumerateLocalPrinters();
 
 }  // namespace zt

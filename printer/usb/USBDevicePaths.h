@@ -11,8 +11,7 @@ namespace zt {
 // that port number it is the last one that opens. Nothing without one.
 std::optional<std::wstring> FindUSBDevicePath(std::wstring_view portName);
 
-// EnumerateUSBPrinterPaths adds the device paths of all USB printers that have a port number; true if there is any. No
-// caller in this program; part of the interface, for tools that choose a printer.
+// EnumerateUSBPrinterPaths adds the device paths of all USB printers that have a port number; true if there is any.
 bool EnumerateUSBPrinterPaths(std::vector<std::wstring>& paths);
 
 }  // namespace zt

@@ -2,13 +2,13 @@
 
 #include <algorithm>
 #include <iterator>
-#include <vector>
 
 namespace zt {
 
 void TraceLines::Add(TraceLine line) {
+  // Many at once, so that not each line moves all others.
+  if (lines_.size() == kMost) lines_.erase(lines_.begin(), lines_.begin() + kMost / 10);
   lines_.push_back(std::move(line));
-  if (lines_.size() > kMost) lines_.pop_front();
 }
 
 std::wstring TraceLines::Text(Severity least, std::size_t most) const {
@@ -17,7 +17,7 @@ std::wstring TraceLines::Text(Severity least, std::size_t most) const {
     if (line->severity <= least) chosen.push_back(&*line);  // the graver, the lower the number
   }
   std::wstring text;
-  for (auto line = chosen.rbegin(); line != chosen.rend(); ++line) text += (*line)->text + L"\r\n";
+  for (auto line = chosen.rbegin(); line != chosen.rend(); ++line) text.append((*line)->text).append(L"\r\n");
   return text;
 }
 

@@ -3,6 +3,7 @@
 #include <limits>
 #include <utility>
 
+#include "Joined.h"
 #include "Text.h"
 #include "Words.h"
 #include "ZOLTInformation.h"
@@ -15,33 +16,19 @@ constexpr int kFull = 100;
 struct Part {
   SupplyAttribute attribute;
   const char* element;  // its name in a report
-  std::wstring_view label;
+  Ascii label;
 };
 constexpr Part kTonerParts[] = {
-    {SupplyAttribute::InstalledDate, "InstalledDate", L"installed on"},
-    {SupplyAttribute::VendorName, "VendorName", L"vendor"},
-    {SupplyAttribute::ModelID, "ModelID", L"model"},
-    {SupplyAttribute::SupplierID, "SupplierID", L"supplier"},
-    {SupplyAttribute::SerialNumber, "SerialNumber", L"serial number"},
+    {SupplyAttribute::InstalledDate, "InstalledDate", "installed on"},
+    {SupplyAttribute::VendorName, "VendorName", "vendor"},
+    {SupplyAttribute::ModelID, "ModelID", "model"},
+    {SupplyAttribute::SupplierID, "SupplierID", "supplier"},
+    {SupplyAttribute::SerialNumber, "SerialNumber", "serial number"},
 };
 constexpr Part kUnitParts[] = {
-    {SupplyAttribute::UnitIBL, "IBL", L"Supply unit, IBL"},
-    {SupplyAttribute::UnitTTime, "TTime", L"Supply unit, TTime"},
+    {SupplyAttribute::UnitIBL, "IB", "Supply unit, IB"},
+    {SupplyAttribute::UnitTTime, "TTime", "Supply unit, TTime"},
 };
-
-std::wstring ColourName(TonerColour colour) {
-  switch (colour) {
-    case TonerColour::Cyan:
-      return L"Cyan";
-    case TonerColour::Magenta:
-      return L"Magenta";
-    case TonerColour::Yellow:
-      return L"Yellow";
-    case TonerColour::Black:
-      return L"Black";
-  }
-  return L"Unknown colour";
-}
 
 std::string TextOf(const SupplyEntry& entry, SupplyAttribute attribute) {
   const auto found = entry.attributes.find(attribute);
@@ -53,12 +40,13 @@ void AddToner(const SupplyEntry& entry, Supplies& supplies) {
   const std::optional<int> number = ParseDecimal(level);
   const bool isPercentage = number && *number >= 0 && *number <= kFull;
   Gauge gauge{ColourOf(entry.kind), isPercentage ? number : std::nullopt, LevelText(level)};
-  const std::wstring colour = ColourName(gauge.colour);
-  supplies.rows.push_back({colour + L" toner", gauge.text,
-                           number && *number < 0 ? L"The printer's code " + std::to_wstring(*number) + L"." : L""});
+  const Ascii colour = ColourName(gauge.colour);
+  Row& row = AddRow(supplies.rows, colour, gauge.text);
+  row.label += L" toner";
+  if (number && *number < 0) row.remark = Joined({"The printer's code ", *number, "."});
   for (const Part& part : kTonerParts) {
     const std::string text = TextOf(entry, part.attribute);
-    if (!text.empty()) supplies.rows.push_back({colour + L", " + std::wstring(part.label), Shown(text), L""});
+    if (!text.empty()) AddRow(supplies.rows, "", text).label = Joined({colour, ", ", part.label});
   }
   supplies.gauges.push_back(std::move(gauge));
 }
@@ -66,21 +54,22 @@ void AddToner(const SupplyEntry& entry, Supplies& supplies) {
 void AddUnit(const SupplyEntry& entry, std::vector<Row>& rows) {
   for (const Part& part : kUnitParts) {
     const std::string text = TextOf(entry, part.attribute);
-    rows.push_back({std::wstring(part.label), Shown(text), text.empty() ? L"The printer does not tell it." : L""});
+    AddRow(rows, part.label, text, text.empty() ? Ascii("The printer does not tell it.") : Ascii(""));
   }
 }
 
-Row CounterRow(std::wstring label, std::uint32_t count, std::wstring remark) {
+void AddCounter(std::vector<Row>& rows, Ascii label, std::uint32_t count, Ascii remark) {
   // Codes below 0 count modulo 2^32.
   if (count > static_cast<std::uint32_t>(std::numeric_limits<std::int32_t>::max())) {
-    return {std::move(label), std::to_wstring(static_cast<std::int32_t>(count)), L"A code, no figure: not known."};
+    AddRow(rows, label, static_cast<std::int32_t>(count), "A code, no figure: not known.");
+  } else {
+    AddRow(rows, label, count, remark);
   }
-  return {std::move(label), std::to_wstring(count), std::move(remark)};
 }
 
-void AddCounters(std::uint32_t largest, std::uint32_t total, std::vector<Row>& rows) {
-  rows.push_back(CounterRow(L"Largest counter", largest, L"The toner life, which the limit applies to."));
-  rows.push_back(CounterRow(L"Total of the counters", total, L"Another total than last time means another toner."));
+void AddCounters(std::vector<Row>& rows, std::uint32_t largest, std::uint32_t total) {
+  AddCounter(rows, "Largest counter", largest, "The toner life, which the limit applies to.");
+  AddCounter(rows, "Total of the counters", total, "Another total than last time means another toner.");
 }
 
 template <std::size_t Size>
@@ -96,20 +85,34 @@ SupplyEntry EntryOf(SupplyKind kind, const ElementValues& values, const Part (&p
 
 }  // namespace
 
+Ascii ColourName(TonerColour colour) {
+  switch (colour) {
+    case TonerColour::Cyan:
+      return "Cyan";
+    case TonerColour::Magenta:
+      return "Magenta";
+    case TonerColour::Yellow:
+      return "Yellow";
+    case TonerColour::Black:
+      return "Black";
+  }
+  return "Unknown colour";
+}
+
 std::wstring LevelText(std::string_view level) {
   const std::optional<int> number = ParseDecimal(level);
-  if (level.empty()) return L"not told";
-  if (!number || *number > kFull) return L"no percentage: " + Shown(level);
-  if (*number >= 0) return std::to_wstring(*number) + L" %";
+  if (level.empty()) return Joined({"not told"});
+  if (!number || *number > kFull) return Joined({"no percentage: ", level});
+  if (*number >= 0) return Joined({*number, " %"});
   switch (*number) {
     case -1:
-      return L"no limit told";
+      return Joined({"no limit told"});
     case -2:
-      return L"level not known";
+      return Joined({"level not known"});
     case -3:
-      return L"some left";
+      return Joined({"some left"});
     default:
-      return L"level not known: code " + std::to_wstring(*number);
+      return Joined({"level not known: code ", *number});
   }
 }
 
@@ -118,29 +121,29 @@ Supplies ReadSupplies(KVFPrinter& printer) {
   std::vector<SupplyEntry> toners;
   const HResult result = printer.GetSupplyLevels(toners);
   if (!Succeeded(result)) {
-    supplies.rows.push_back({L"Toners", L"",
-                             WhyNotRead(result, printer.IsUSB(),
-                                        L"The printer does not tell its toners, or its tables of them do not fit.")});
+    AddRow(
+        supplies.rows, "Toners", "",
+        WhyNotRead(result, printer.IsUSB(), "The printer does not tell its toners, or its tables of them do not fit."));
   } else if (toners.empty()) {
-    supplies.rows.push_back({L"Toners", L"none", L"The printer's table of supplies holds no toner."});
+    AddRow(supplies.rows, "Toners", "none", "The printer's table of supplies holds no toner.");
   }
   for (const SupplyEntry& toner : toners) AddToner(toner, supplies);
 
   std::uint32_t largest = 0;
   std::uint32_t total = 0;
   if (const HResult read = printer.GetPageCounters(largest, total); Succeeded(read)) {
-    AddCounters(largest, total, supplies.rows);
+    AddCounters(supplies.rows, largest, total);
   } else {
-    supplies.rows.push_back(
-        {L"Counters", L"", WhyNotRead(read, printer.IsUSB(), L"The printer's table of counters cannot be read.")});
+    AddRow(supplies.rows, "Counters", "",
+           WhyNotRead(read, printer.IsUSB(), "The printer's table of counters cannot be read."));
   }
 
   std::vector<SupplyEntry> units;
   const HResult unitResult = printer.GetSupplyUnitInfo(units);
   for (const SupplyEntry& unit : units) AddUnit(unit, supplies.rows);
   if (units.empty()) {
-    supplies.rows.push_back(
-        {L"Supply unit", L"", WhyNotRead(unitResult, printer.IsUSB(), L"The printer does not tell its figures.")});
+    AddRow(supplies.rows, "Supply unit", "",
+           WhyNotRead(unitResult, printer.IsUSB(), "The printer does not tell its figures."));
   }
   return supplies;
 }
@@ -158,7 +161,7 @@ Supplies ReadSupplies(IZOLTDataProvider& provider) {
   }
   std::uint32_t largest = 0;
   std::uint32_t total = 0;
-  if (provider.GetTonerLife(&largest, &total)) AddCounters(largest, total, supplies.rows);
+  if (provider.GetTonerLife(&largest, &total)) AddCounters(supplies.rows, largest, total);
   AddUnit(EntryOf(SupplyKind::Unit, record.DeviceValues(), kUnitParts), supplies.rows);
   return supplies;
 }

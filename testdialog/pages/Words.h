@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "HResult.h"
+#include "Joined.h"
 #include "ProtectionState.h"
 
 // Words that several pages of the test dialog use.
@@ -14,12 +15,15 @@ namespace zt {
 // cut where it is very long.
 std::wstring Shown(std::string_view bytes);
 
+// WithLineEnds returns the text with CR LF at each line end, as fields, the clipboard and files want it.
+std::wstring WithLineEnds(std::wstring_view text);
+
 // WhyNotRead words the result of a reading that failed: that this way to the printer has no such reading, or else
 // `failed`, which says what the failure means for this datum.
-std::wstring WhyNotRead(HResult result, bool usb, std::wstring_view failed);
+Ascii WhyNotRead(HResult result, bool usb, Ascii failed);
 
 // StateText words a protection state: "on", "off"; StateRemark says what follows from it.
-std::wstring StateText(ProtectionState state);
-std::wstring StateRemark(ProtectionState state);
+Ascii StateText(ProtectionState state);
+Ascii StateRemark(ProtectionState state);
 
 }  // namespace zt

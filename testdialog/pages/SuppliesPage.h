@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "IZOLTDataProvider.h"
+#include "Joined.h"
 #include "KVFPrinter.h"
 #include "Row.h"
 #include "TonerRecord.h"
@@ -30,6 +31,9 @@ Supplies ReadSupplies(KVFPrinter& printer);
 
 // This one reads those of the virtual printer, which has no access of that kind, through the runs' interface.
 Supplies ReadSupplies(IZOLTDataProvider& provider);
+
+// ColourName returns the name of a toner's colour.
+Ascii ColourName(TonerColour colour);
 
 // LevelText words a level: a percentage, or the code of the Printer MIB (RFC 3805, prtMarkerSuppliesLevel): -1 no
 // restriction, -2 unknown, -3 some left.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -30,6 +31,9 @@ struct ServerRequest {
 // raw answer, and what was understood of it, or why nothing came back. A post is always marked as a test. The gate is
 // looked at before anything is sent.
 std::vector<Row> AskServer(const ServerRequest& request, const PostForm& post, const ExchangeGate& gate);
+
+// LineOfFailure returns the number of the row that says why such an exchange failed; 0 when it did not fail.
+std::size_t LineOfFailure(const std::vector<Row>& rows);
 
 // WhyNoDelivery words a system error of the HTTP layer: "the server's name is not known", "nobody listens there".
 std::wstring WhyNoDelivery(const FormReply& reply);

@@ -1,8 +1,8 @@
 #pragma once
 
 #include <cstddef>
-#include <deque>
 #include <string>
+#include <vector>
 
 #include "Trace.h"
 
@@ -19,7 +19,7 @@ class TraceLines {
  public:
   static constexpr std::size_t kMost = 5000;
 
-  // Add keeps the line; the oldest goes when there are more than kMost.
+  // Add keeps the line; the oldest go when there are more than kMost.
   void Add(TraceLine line);
 
   // Text returns those that are at least as grave as `least`, one a line with CR LF, at most the last `most` of them.
@@ -28,7 +28,7 @@ class TraceLines {
   void Clear() { lines_.clear(); }
 
  private:
-  std::deque<TraceLine> lines_;
+  std::vector<TraceLine> lines_;
 };
 
 }  // namespace zt

@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "CodePage.h"
+#include "Joined.h"
 #include "PPAInformation.h"
 #include "ZOLTInformation.h"
 
@@ -17,49 +18,49 @@ constexpr std::size_t kMostFindings = 500;
 
 struct Meaning {
   std::string_view code;
-  std::wstring_view text;
+  Ascii text;
 };
 constexpr Meaning kMeanings[] = {
-    {"error:invalid xml data", L"this is no well-formed XML document."},
-    {"/error:no mdl", L"the model (MDL) is missing."},
-    {"/error:no producttype", L"the product type (ProductType) is missing: the model is of no known family."},
-    {"/error:no serial number", L"the printer's serial number (GeneralSerialNumber) is missing."},
-    {"/error:no fwver", L"the firmware version (SystemFirmwareVersion) is missing."},
-    {"/warning:no systeminstalleddate", L"the day of installation (SystemInstalledDate) is missing."},
-    {"/warning:no XMLinterfaceversion", L"the version of the data (CurrentVersion) is missing."},
-    {"/warning:no XMLformattype", L"the form of the data (FormatType) is missing."},
-    {"/error:no mono count", L"the count of black pages (DevTotalMonoCount) is missing."},
+    {"error:invalid xml data", "this is no well-formed XML document."},
+    {"/error:no mdl", "the model (MDL) is missing."},
+    {"/error:no producttype", "the product type (ProductType) is missing: the model is of no known family."},
+    {"/error:no serial number", "the printer's serial number (GeneralSerialNumber) is missing."},
+    {"/error:no fwver", "the firmware version (SystemFirmwareVersion) is missing."},
+    {"/warning:no systeminstalleddate", "the day of installation (SystemInstalledDate) is missing."},
+    {"/warning:no XMLinterfaceversion", "the version of the data (CurrentVersion) is missing."},
+    {"/warning:no XMLformattype", "the form of the data (FormatType) is missing."},
+    {"/error:no mono count", "the count of black pages (DevTotalMonoCount) is missing."},
     {"/warning:no color count or Mono model",
-     L"the count of colour pages (DevTotalColorCount) is missing. A black-and-white printer has none."},
-    {"/error:no supplies", L"the list of supplies (Supplies) is missing."},
-    {"/error:no toner", L"the list of supplies holds no toner (Toner)."},
-    {"/error:no color info", L"the colour (Color) is missing."},
-    {"/error:invalid color", L"the colour (Color) is none of C, M, Y and K."},
-    {"/warning:no level or Not Support", L"the level (Level) is missing. Some printers have none."},
+     "the count of colour pages (DevTotalColorCount) is missing. A black-and-white printer has none."},
+    {"/error:no supplies", "the list of supplies (Supplies) is missing."},
+    {"/error:no toner", "the list of supplies holds no toner (Toner)."},
+    {"/error:no color info", "the colour (Color) is missing."},
+    {"/error:invalid color", "the colour (Color) is none of C, M, Y and K."},
+    {"/warning:no level or Not Support", "the level (Level) is missing. Some printers have none."},
     {"/warning:no averageareacoverage or Not Support",
-     L"the coverage (AverageAreaCoverage) is missing. Some printers have none."},
-    {"/warning:no vendorname", L"the vendor (VendorName) is missing."},
-    {"/error:no modelid", L"the toner's model (ModelID) is missing."},
-    {"/warning:no supplierid", L"the supplier (SupplierID) is missing."},
-    {"/warnig:no serial number", L"the toner's serial number (SerialNumber) is missing."},  // the validators' spelling
-    {"/warning:no install date", L"the day of installation (InstalledDate) is missing."},
-    {"/warning:no tonerUsedotpercent", L"the used dots (UsedDotPercent) are missing."},
-    {"/warning:no tonerCapacity", L"the capacity (Capacity) is missing."},
-    {"/warning:no tonerTargetdot", L"the target (TargetDot) is missing."},
-    {"/info:is not RQD", L"the source type (SourceType) is missing: the queue has not the universal driver."},
-    {"/error:no CRUM - IBL info", L"the supply unit's IBL (IBL) is missing."},
-    {"/error:no CRUM - TTime info", L"the supply unit's TTime (TTime) is missing."},
-    {"/warning:no CountryIndex", L"the country index (CountryIndex) is missing."},
+     "the coverage (AverageAreaCoverage) is missing. Some printers have none."},
+    {"/warning:no vendorname", "the vendor (VendorName) is missing."},
+    {"/error:no modelid", "the toner's model (ModelID) is missing."},
+    {"/warning:no supplierid", "the supplier (SupplierID) is missing."},
+    {"/warnig:no serial number", "the toner's serial number (SerialNumber) is missing."},  // the validators' spelling
+    {"/warning:no install date", "the day of installation (InstalledDate) is missing."},
+    {"/warning:no tonerUsedotpercent", "the used dots (UsedDotPercent) are missing."},
+    {"/warning:no tonerCapacity", "the capacity (Capacity) is missing."},
+    {"/warning:no tonerTargetdot", "the target (TargetDot) is missing."},
+    {"/info:is not RQD", "the source type (SourceType) is missing: the queue has not the universal driver."},
+    {"/error:no CRUM - IBL info", "the supply unit's IBL (IBL) is missing."},
+    {"/error:no CRUM - TTime info", "the supply unit's TTime (TTime) is missing."},
+    {"/warning:no CountryIndex", "the country index (CountryIndex) is missing."},
 };
 
-std::wstring_view GravityOf(std::string_view code) {
-  if (code.starts_with("/warn")) return L"Warning";
-  return code.starts_with("/info") ? L"Note" : L"Error";
+Ascii GravityOf(std::string_view code) {
+  if (code.starts_with("/warn")) return "Warning";
+  return code.starts_with("/info") ? Ascii("Note") : Ascii("Error");
 }
 
 std::wstring MeaningOf(std::string_view code) {
   const auto* known = std::ranges::find_if(kMeanings, [code](const Meaning& meaning) { return meaning.code == code; });
-  return known == std::end(kMeanings) ? DecodeText(code) : std::wstring(known->text);
+  return known == std::end(kMeanings) ? DecodeText(code) : Joined({known->text});
 }
 
 enum class MarkupKind { StartTag, EndTag, Comment, Instruction, CData };
@@ -167,15 +168,16 @@ std::vector<Finding> DescribeGaps(const std::vector<Gap>& gaps, std::wstring_vie
   std::vector<Finding> findings;
   for (const Gap& gap : gaps) {
     if (findings.size() == kMostFindings) {
-      findings.push_back({L"… and " + std::to_wstring(gaps.size() - kMostFindings) + L" more.", {}});
+      findings.push_back({Joined({L"… and ", gaps.size() - kMostFindings, " more."}), {}});
       break;
     }
-    Finding finding{std::wstring(GravityOf(gap.code)), {}};
+    Finding finding;
+    std::wstring toner;
     if (gap.element < tags.size()) {
       finding.element = tags[gap.element];
-      if (IsToner(document, finding.element)) finding.text += L", toner " + std::to_wstring(toners[gap.element]);
+      if (IsToner(document, finding.element)) toner = Joined({", toner ", toners[gap.element]});
     }
-    finding.text += L": " + MeaningOf(gap.code);
+    finding.text = Joined({GravityOf(gap.code), toner, ": ", MeaningOf(gap.code)});
     findings.push_back(std::move(finding));
   }
   return findings;
@@ -185,9 +187,9 @@ std::vector<Finding> DescribeGaps(const std::vector<Gap>& gaps, std::wstring_vie
 std::wstring WhyNotCollected(IZOLTDataProvider& provider) {
   bool jobsPending = false;
   provider.WaitForJobs(1, jobsPending);
-  std::wstring why = L"The printer does not deliver what the report needs. The page Trace says what is missing.";
-  if (jobsPending) why += L" Jobs wait in the queue: a printer at a USB port cannot be read meanwhile.";
-  return why;
+  return Joined(
+      {"The printer does not deliver what the report needs. The page Trace says what is missing.",
+       jobsPending ? Ascii(" Jobs wait in the queue: a printer at a USB port cannot be read meanwhile.") : Ascii("")});
 }
 
 // CollectPrintVolume and CollectProtection return the text of the report; nothing, with the problem, without one.
@@ -202,7 +204,7 @@ std::optional<std::string> CollectProtection(IZOLTDataProvider& provider, bool a
   std::uint32_t tonerLife = 0;
   std::uint32_t changeCount = 0;
   if (!provider.GetTonerLife(&tonerLife, &changeCount)) {
-    problem = L"The printer does not tell its toner life. A run ends here.";
+    problem = Joined({"The printer does not tell its toner life. A run ends here."});
     return std::nullopt;
   }
   PPAInformation record;
@@ -221,7 +223,8 @@ std::optional<std::string> CollectProtection(IZOLTDataProvider& provider, bool a
 Report MakeReport(ReportKind kind, IZOLTDataProvider& provider, bool agreement) {
   Report report;
   if (!provider.Initialize(true)) {
-    report.problem = L"The printer does not answer, or does not offer reports (page Identity). A run ends here.";
+    report.problem =
+        Joined({"The printer does not answer, or does not offer reports (page Identity). A run ends here."});
     return report;
   }
   try {
@@ -237,7 +240,7 @@ Report MakeReport(ReportKind kind, IZOLTDataProvider& provider, bool agreement) 
     report.collected = true;
   } catch (const std::bad_alloc&) {
     report = {};
-    report.problem = L"The printer's document takes more memory than there is.";
+    report.problem = Joined({"The printer's document takes more memory than there is."});
   }
   return report;
 }

@@ -1,20 +1,18 @@
 #include "Diagnosis.h"
 
+#include "Joined.h"
+#include "Words.h"
+
 namespace zt {
 namespace {
 
 constexpr std::wstring_view kLineEnd = L"\r\n";
 constexpr std::wstring_view kMask = L"*****";
 
-// Lines ends each line of the text, which may have any line ends, in CR LF.
+// The text with a line end behind its last line, too.
 std::wstring Lines(std::wstring_view text) {
-  std::wstring lines;
-  while (!text.empty()) {
-    const std::size_t end = text.find_first_of(kLineEnd);
-    lines.append(text.substr(0, end)).append(kLineEnd);
-    if (end == std::wstring_view::npos) break;
-    text.remove_prefix(end + (text.substr(end).starts_with(kLineEnd) ? kLineEnd.size() : 1));
-  }
+  std::wstring lines = WithLineEnds(text);
+  if (!lines.empty() && !lines.ends_with(kLineEnd)) lines += kLineEnd;
   return lines;
 }
 
@@ -32,11 +30,10 @@ std::wstring MakeDiagnosis(const std::vector<DiagnosisSection>& sections, std::w
   std::wstring diagnosis;
   for (const DiagnosisSection& section : sections) {
     if (!diagnosis.empty()) diagnosis += kLineEnd;
-    diagnosis.append(L"== ").append(section.title).append(L" ==").append(kLineEnd);
+    diagnosis += Joined({"== ", section.title, " ==", kLineEnd});
     for (const Row& row : section.rows) {
-      std::wstring line = row.label + L":";
-      if (!row.value.empty()) line += L" " + row.value;
-      if (!row.remark.empty()) line += row.value.empty() ? L" " + row.remark : L" (" + row.remark + L")";
+      std::wstring line = Joined({row.label, row.value.empty() ? Ascii(":") : Ascii(": "), row.value});
+      if (!row.remark.empty()) line += row.value.empty() ? Joined({" ", row.remark}) : Joined({" (", row.remark, ")"});
       diagnosis += Lines(line);
     }
     diagnosis += Lines(section.text);

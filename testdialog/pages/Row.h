@@ -1,6 +1,9 @@
 #pragma once
 
 #include <string>
+#include <vector>
+
+#include "Joined.h"
 
 namespace zt {
 
@@ -12,5 +15,8 @@ struct Row {
   std::wstring remark;
   bool operator==(const Row&) const = default;
 };
+
+// AddRow adds a line to a page and returns it. A remark that is no constant is set afterwards.
+Row& AddRow(std::vector<Row>& rows, Ascii label, Piece value, Ascii remark = "");
 
 }  // namespace zt
