@@ -6,11 +6,12 @@
 #   ./demo.sh --wsd        the queue on a port for Web Services for Devices
 #   ./demo.sh --virtual    both jobs with canned printer data: no SNMP agent, no network of its own
 #   ./demo.sh --protection product protection instead: the user agrees or not, the printer is switched, it is reported
+#   ./demo.sh --dialog     the test dialog instead: its pictures go to build/dialog/, its diagnosis to the screen
 set -euo pipefail
 cd "$(dirname "$0")"
 
-if [[ $# -gt 1 || ! ${1:-} =~ ^(--usb|--wsd|--virtual|--protection)?$ ]]; then
-  echo "usage: ./demo.sh [--usb | --wsd | --virtual | --protection]" >&2
+if [[ $# -gt 1 || ! ${1:-} =~ ^(--usb|--wsd|--virtual|--protection|--dialog)?$ ]]; then
+  echo "usage: ./demo.sh [--usb | --wsd | --virtual | --protection | --dialog]" >&2
   exit 2
 fi
 
@@ -21,6 +22,7 @@ sets=(build world)
 ports=()
 case ${1:-} in
   --usb | --virtual) ;;
+  --dialog) sets+=(screen) ports+=(udp/161) ;;
   *) sets+=(printer) ports+=(udp/161) ;;
 esac
 tools/check-room.sh . 1000 "the agent and a Windows to show it in"
@@ -38,7 +40,8 @@ ls -l dist/bin/ZT.exe
 
 world=(sim/bin/in-namespace)
 [ "${1:-}" != --virtual ] || world=()
-if [ "${1:-}" = --protection ]; then
-  exec "${world[@]}" python3 -m sim.demo_protection
-fi
+case ${1:-} in
+  --protection) exec "${world[@]}" python3 -m sim.demo_protection ;;
+  --dialog) exec "${world[@]}" python3 -m sim.dialog_tour ;;
+esac
 exec "${world[@]}" python3 -m sim.demo "$@"

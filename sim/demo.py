@@ -103,10 +103,8 @@ def pages(server: ReportServer, first: int) -> list[str]:
     return [request.page for request in server.requests[first:]]
 
 
-def discover(show: Show, world: World) -> None:
+def discover(world: World) -> None:
     """Lets Function Discovery know where the WSD port's device is."""
-    show.step("The device that Function Discovery knows")
-    show.block(DISCOVERED)
     world.install(DISCOVERY)
     (world.program_folder / "function-discovery.ini").write_text(DISCOVERED, encoding="utf-8")
     world.run("/s", rf"C:\agent\{DISCOVERY.name}", program=r"..\windows\system32\regsvr32.exe")
@@ -147,7 +145,9 @@ def main() -> int:
             usb_tour(show, world, server)
         else:
             if options.wsd:
-                discover(show, world)
+                show.step("The device that Function Discovery knows")
+                show.block(DISCOVERED)
+                discover(world)
             show.step(f"The printer: {PRINTER.name}, served by snmpd on UDP port 161")
             with start_agent(PRINTER):
                 show_printer(show)

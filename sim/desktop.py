@@ -10,6 +10,8 @@ Windows exist without a display, too; then they can be looked at and pressed, bu
         display.screenshot(Path("box.png"))
         hands.press("Title", "OK")
         run.wait()
+
+Hands live as long as their World; they start anew when its Windows was stopped.
 """
 
 import os
@@ -49,17 +51,21 @@ class Display:
         self._server.kill()
         self._server.wait()
 
-    def screenshot(self, file: Path) -> None:
-        """Writes a picture of the whole screen; the format is that of the file's suffix."""
-        subprocess.run(["import", "-display", self.name, "-window", "root", str(file)], check=True)
+    def screenshot(self, file: Path, window: str = "root") -> None:
+        """Writes a picture of the whole screen, or of the window of that title; the format is that of the file's
+        suffix."""
+        subprocess.run(["import", "-display", self.name, "-window", window, str(file)], check=True)
 
 
 class Hands:
-    """Looks at the windows of a World and presses their buttons, by a small program that runs there."""
+    """Looks at the windows of a World and presses their buttons, by a small program that runs there. Controls are named
+    by their text or by their number; sim/windows/ui tells what each of these does."""
 
     def __init__(self, world: World):
         self._world = world
-        world.install(HANDS)
+        self._program: subprocess.Popen | None = None
+        if not (world.program_folder / HANDS.name).exists():  # else it may be running
+            world.install(HANDS)
 
     def list(self) -> str:
         """Every visible window with its controls, a line each."""
@@ -80,23 +86,58 @@ class Hands:
         """Replaces the text of the control of that number."""
         self._do("type", title, str(control), text)
 
+    def read(self, title: str, control: int) -> str:
+        """The text of the control of that number; of a list its lines, cells between " | "."""
+        return self._do("read", title, str(control))
+
+    def wait_for(self, title: str, control: int, part: str, seconds: int = 10) -> str:
+        """Waits until what read() answers holds that part; all of it."""
+        return self._do("await", title, str(control), part, str(seconds))
+
+    def choose(self, title: str, control: int, part: str) -> None:
+        """Chooses the first line of a list, or the first tab, whose text holds that part."""
+        self._do("choose", title, str(control), part)
+
+    def key(self, title: str, number: int) -> None:
+        """Presses the key of that number (VK_F5 is 0x74)."""
+        self._do("key", title, str(number))
+
+    def size(self, title: str, width: int, height: int) -> None:
+        """Gives the window that size."""
+        self._do("size", title, str(width), str(height))
+
+    def clipboard(self) -> str:
+        return self._do("clipboard")
+
     def close(self, title: str) -> None:
         """Closes the window as its cross does."""
         self._do("close", title)
 
     def _do(self, *words: str) -> str:
-        # To a file: Wine's services inherit the output and would hold a pipe open.
-        output = self._world.folder / "windows.txt"
-        with open(output, "wb") as stdout:
-            code = subprocess.run(
-                ["wine", "C:\\agent\\zt-ui.exe", *words],
-                env=self._world.environment() | {"WINEDEBUG": "-all"},
-                stdin=subprocess.DEVNULL,
-                stdout=stdout,
-                stderr=subprocess.DEVNULL,
-            ).returncode
-        text = output.read_text(encoding="utf-8")
+        code, text = self._ask(*words)
         if code != 0:
-            there = text if words == ("list",) else self.list()
-            raise AssertionError(f"no window or control for {words}; there is:\n{there}")
+            raise AssertionError(f"not done: {words}; there is:\n{text}{self._ask('list')[1]}")
         return text
+
+    def _ask(self, *words: str) -> tuple[int, str]:
+        if self._program is None or self._program.poll() is not None:
+            self._start()
+        line = "\t".join(words)
+        if "\n" in line or line.count("\t") >= len(words):
+            raise ValueError(f"a word of a command holds no tab and no line end: {words}")
+        self._program.stdin.write((line + "\n").encode())
+        self._program.stdin.flush()
+        # Its answers are read from a pipe by their size; nobody waits for the pipe's end.
+        code, size = self._program.stdout.readline().split()
+        return int(code), self._program.stdout.read(int(size)).decode().replace("\r\n", "\n").replace("\r", "\n")
+
+    def _start(self) -> None:
+        self._world.start_windows()
+        self._program = subprocess.Popen(
+            ["wine", "C:\\agent\\zt-ui.exe", "serve"],
+            env=self._world.environment() | {"WINEDEBUG": "-all"},
+            stdin=subprocess.PIPE,
+            stdout=subprocess.PIPE,
+            stderr=subprocess.DEVNULL,
+        )
+        self._world.stop_at_end(self._program)

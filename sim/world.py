@@ -62,6 +62,7 @@ class World:
         self.extra_environment: dict[str, str] = {}
         self._log_read = 0
         self._started: list[Run] = []
+        self._helpers: list[subprocess.Popen] = []
         self.program_folder = self.prefix.drive / "agent"
         self.program_folder.mkdir()
         self.spool_folder = self.folder / "spool"
@@ -73,6 +74,9 @@ class World:
         return self
 
     def __exit__(self, *_: object) -> None:
+        for process in self._helpers:
+            process.kill()
+            process.communicate()
         for run in self._started:
             run.stop()
         self.prefix.kill_windows()
@@ -147,6 +151,10 @@ class World:
     def start_windows(self) -> None:
         """Starts what every Windows runs before any program; start() does it, too."""
         self.prefix.start_windows(self.environment())
+
+    def stop_at_end(self, process: subprocess.Popen) -> None:
+        """Ends the process with this Windows, and closes its pipes."""
+        self._helpers.append(process)
 
     def environment(self) -> dict[str, str]:
         overrides = ";".join(f"{library}={mode}" for library, mode in self.overrides.items())
