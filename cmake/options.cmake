@@ -26,7 +26,7 @@ if(WIN32)
     # of the build: the same sources give the same bytes.
     target_link_options(zt_options INTERFACE -static -Wl,--gc-sections -Wl,--no-insert-timestamp)
     # The 16 bytes within each std::string don't count as a buffer, or every function had the check: 28 KB of ZT.exe. The
-    # linker takes libssp for the same option. UNGUARDED is what others link who don't.
+    # linker takes libssp for the same option, in programs without zt_guard_stack. UNGUARDED is what others link.
     target_compile_options(zt_options INTERFACE
       $<$<NOT:$<BOOL:$<TARGET_PROPERTY:UNGUARDED>>>:-fstack-protector;--param=ssp-buffer-size=17>)
     target_link_options(zt_options INTERFACE -fstack-protector)
@@ -34,3 +34,10 @@ if(WIN32)
     target_compile_options(zt_options INTERFACE -fno-ipa-sra)
   endif()
 endif()
+
+# zt_guard_stack(TARGET): a program or DLL with a stack guard that costs nothing at its start.
+function(zt_guard_stack target)
+  if(MINGW)
+    target_sources(${target} PRIVATE ${CMAKE_CURRENT_FUNCTION_LIST_DIR}/StackGuard_mingw.cpp)
+  endif()
+endfunction()
