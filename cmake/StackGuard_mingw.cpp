@@ -1,5 +1,5 @@
-// What the compiler's stack protector calls and compares with, in place of libssp's. That one asks Windows' cryptography
-// for its number, which loads three libraries at the start of a program that mostly does nothing.
+// What the compiler's stack protector calls and compares with, in place of libssp's. That one asks Windows'
+// cryptography for its number, which loads three libraries at the start of a program that mostly does nothing.
 
 #include <windows.h>
 
@@ -18,7 +18,8 @@ std::uintptr_t __stack_chk_guard = 0;
   GetSystemTimeAsFileTime(&time);
   const std::uintptr_t parts[] = {static_cast<std::uintptr_t>(counter.QuadPart),
                                   (static_cast<std::uintptr_t>(time.dwHighDateTime) << 32) | time.dwLowDateTime,
-                                  GetCurrentProcessId(), GetCurrentThreadId(),
+                                  GetCurrentProcessId(),
+                                  GetCurrentThreadId(),
                                   reinterpret_cast<std::uintptr_t>(&counter),
                                   reinterpret_cast<std::uintptr_t>(&SetStackGuard)};
   std::uintptr_t guard = 0;

@@ -50,7 +50,7 @@ class Numbers : public tinyxml2::XMLVisitor {
  public:
   explicit Numbers(const tinyxml2::XMLDocument& document) { document.Accept(this); }
 
-  bool VisitEnter(const tinyxml2::XMLElement& element, const tinyxml2::XMLAttribute*) override {
+  bool VisitEnter(const tinyxml2::XMLElement& element, const tinyxml2::XMLAttribute* /*first*/) override {
     numbers_.emplace(&element, numbers_.size());
     return true;
   }

@@ -16,8 +16,9 @@ std::wstring TraceLines::Text(Severity least, std::size_t most) const {
   for (auto line = lines_.rbegin(); line != lines_.rend() && chosen.size() < most; ++line) {
     if (line->severity <= least) chosen.push_back(&*line);  // the graver, the lower the number
   }
+  std::reverse(chosen.begin(), chosen.end());
   std::wstring text;
-  for (auto line = chosen.rbegin(); line != chosen.rend(); ++line) text.append((*line)->text).append(L"\r\n");
+  for (const TraceLine* const line : chosen) text.append(line->text).append(L"\r\n");
   return text;
 }
 
