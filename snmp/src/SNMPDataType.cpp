@@ -1,7 +1,8 @@
 #include "ztsnmp/SNMPDataType.h"
 
 SNMPDataType::SNMPDataType() noexcept = default;
-// NOLINTNEXTLINE(misc-unused-parameters): what is defaulted uses it.
+// NOLINTBEGIN(misc-unused-parameters): what is defaulted uses them.
 SNMPDataType::SNMPDataType(const SNMPDataType& other) noexcept = default;
 SNMPDataType& SNMPDataType::operator=(const SNMPDataType& other) noexcept = default;
+// NOLINTEND(misc-unused-parameters)
 SNMPDataType::~SNMPDataType() = default;
