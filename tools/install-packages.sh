@@ -14,7 +14,7 @@ declare -A sets=(
   [screen]="xvfb imagemagick fonts-wine"
   # the native build, and what judges it: format, an independent decoder, the fuzzers, windows on a screen, programs that
   # link the SNMP library, the agent's MSI
-  [test]="git g++ clang-format black flake8 shellcheck libtinyxml2-dev googletest openssl tshark clang libclang-rt-14-dev xxd xvfb xdotool imagemagick pkg-config wixl msitools faketime"
+  [test]="git g++ clang-format black flake8 shellcheck libtinyxml2-dev googletest openssl tshark clang libclang-rt-14-dev xxd xvfb xdotool imagemagick fonts-wine pkg-config wixl msitools faketime"
   # what is shipped
   [package]="git python3 g++ dpkg-dev file wixl msitools faketime zip osslsigncode"
 )
