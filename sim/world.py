@@ -11,7 +11,6 @@ listen on port 161 of the loopback and nothing else is reached.
 """
 
 import os
-import select
 import shutil
 import subprocess
 import tempfile
@@ -238,14 +237,7 @@ class Run:
         return parse_debugger_output(self.output)
 
     def wait(self, timeout: float = 60) -> Result:
-        if self.process.poll() is None:
-            # Popen.wait() with a time-out looks every 50 ms only: as long as a short run takes.
-            end = os.pidfd_open(self.process.pid)
-            ended, _, _ = select.select([end], [], [], timeout)
-            os.close(end)
-            if not ended:
-                raise subprocess.TimeoutExpired(self.process.args, timeout)
-        exit_code = self.process.wait()
+        exit_code = self.process.wait(timeout)
         seconds = time.monotonic() - self._begun
         if crash := find_crash(self.output):
             raise AgentCrashed(crash)
